@@ -1,0 +1,12 @@
+#include "commands/error.h"
+
+Error::Error(const QString &message) : text(message) {}
+
+Error::~Error() = default;
+
+QString Error::message() const {
+    return text;
+}
+
+TessaroError::TessaroError(const QString &path, int status)
+    : Error(QStringLiteral("error occured on view key: %1, status: %2").arg(path, QString::number(status))) {}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QtCore/QString>
+
+/// Why a command cannot go on: a finished sentence for the user, without a line feed. Thrown by value, caught by
+/// reference at the entry point and where an import rolls back.
+class Error {
+public:
+    explicit Error(const QString &message);
+    virtual ~Error();
+    Error(const Error &) = default;
+    Error &operator=(const Error &) = default;
+
+    virtual QString message() const;
+
+private:
+    QString text;
+};
+
+/// A registry operation on @p path failed with @p status.
+class TessaroError : public Error {
+public:
+    TessaroError(const QString &path, int status);
+};

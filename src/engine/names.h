@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QSet>
+#include <QtCore/QString>
+#include <QtXmlPatterns/QXmlName>
+#include <QtXmlPatterns/QXmlNamePool>
+
+#include <optional>
+
+/// The distinct names of one document: what takes a place in a name pool.
+struct Names {
+    QSet<QString> local; // of elements, attributes and processing instructions
+    QSet<QString> prefixes;
+    QSet<QString> namespaceUris;
+};
+
+/// The names of two documents in one pool.
+Names united(const Names &first, const Names &second);
+
+/// The name, made in @p pool; nothing when the pool is full. The engine numbers local names with twelve bits,
+/// prefixes and namespace URIs with nine each, and past that quietly gives one name the number of another.
+std::optional<QXmlName> makeName(QXmlNamePool pool, const QString &local, const QString &namespaceUri = {},
+                                 const QString &prefix = {});
+
+/// Makes all of @p names in the pool of a query that is compiled and not yet run, so that the run finds its names
+/// there. Throws Error when they are too many or the pool cannot hold them.
+void reserveNames(const QXmlNamePool &pool, const Names &names);
+
+/// The names in a document that the engine wrote itself from a registry view: nothing but elements and text.
+Names namesOfView(const QByteArray &document);

@@ -1,0 +1,28 @@
+#include "registry/viewkey.h"
+
+namespace {
+constexpr QLatin1Char separator('/');
+}
+
+QString ViewKey::name() const {
+    return mid(lastIndexOf(separator) + 1);
+}
+
+ViewKey ViewKey::parent() const {
+    const int end = lastIndexOf(separator);
+    return end < 0 ? ViewKey() : ViewKey(left(end));
+}
+
+QStringList ViewKey::components() const {
+    return split(separator, Qt::SkipEmptyParts);
+}
+
+bool ViewKey::covers(const QString &path) const {
+    return path.startsWith(*this) && (path.size() == size() || path.at(size()) == separator);
+}
+
+ViewKey &ViewKey::makeRelativeTo(const QString &base) {
+    if (ViewKey(base).covers(*this))
+        remove(0, base.size());
+    return *this;
+}

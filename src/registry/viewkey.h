@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QtCore/QLatin1String>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+/// A registry path, such as `root/lumo-config-view/display`. Plain text joined by "/": nothing is escaped, checked
+/// or looked up. A null or empty text is a key like any other.
+class ViewKey : public QString {
+public:
+    ViewKey() = default;
+    ViewKey(const QString &path) : QString(path) {}
+    ViewKey(const QLatin1String &path) : QString(path) {}
+    ViewKey(const char *path) : QString(QString::fromLatin1(path)) {}
+    ViewKey(const ViewKey &) = default;
+    ViewKey(ViewKey &&) = default;
+    ViewKey &operator=(const ViewKey &) = default;
+    ViewKey &operator=(ViewKey &&) = default;
+    virtual ~ViewKey() = default;
+
+    /// What follows the last "/", or all of it when there is none.
+    QString name() const;
+
+    /// What stands before the last "/", or the null key when there is none.
+    ViewKey parent() const;
+
+    /// The parts between the "/", without the empty ones.
+    QStringList components() const;
+
+    /// Whether @p path is this key or lies below it.
+    bool covers(const QString &path) const;
+
+    /// Takes @p base off the front where it covers this key; the "/" that followed it stays.
+    ViewKey &makeRelativeTo(const QString &base);
+};

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "registry/childrencache.h"
+#include "registry/viewkey.h"
+#include "view/nodeindex.h"
+
+#include <QtCore/QVector>
+#include <QtXmlPatterns/QSimpleXmlNodeModel>
+
+/// Shows the settings in the registry to the query engine as a read-only XML tree:
+///
+///     root/lumo-config-view              <lumo-config-view>           DirectoryElement
+///         display                            <display>                DirectoryElement
+///             resolution = "1920x1080"           <resolution>         KeyElement
+///                                                    1920x1080        KeyText
+///
+/// A node is the number of its key in `keys`, given out in the order in which keys are first seen, and its code; a
+/// key's element and its text share the number. An entry named by a UUID is an element named `uuid-` and the UUID.
+/// Children come in the order of their names. There is no document node, attribute or namespace.
+///
+/// Nothing is read before the engine walks there, and each path is read once. A read that fails throws TessaroError
+/// out of the engine's call; more names than the engine can hold, or more levels than it should, throw Error.
+class LumoConfigView : public QSimpleXmlNodeModel {
+public:
+    enum NodeCode { DirectoryElement = 1, KeyElement = 2, KeyText = 3 };
+
+    /// The query that walks the tree must be built on @p namePool too.
+    explicit LumoConfigView(const QXmlNamePool &namePool);
+    ~LumoConfigView() override;
+
+    /// The element of the directory at @p key; reads nothing.
+    QXmlNodeModelIndex indexForKey(const QString &key);
+
+    QUrl documentUri(const QXmlNodeModelIndex &node) const override;
+    QXmlNodeModelIndex::NodeKind kind(const QXmlNodeModelIndex &node) const override;
+    QXmlNodeModelIndex::DocumentOrder compareOrder(const QXmlNodeModelIndex &first,
+                                                   const QXmlNodeModelIndex &second) const override;
+    QXmlNodeModelIndex root(const QXmlNodeModelIndex &node) const override;
+    QXmlName name(const QXmlNodeModelIndex &node) const override;
+    QString stringValue(const QXmlNodeModelIndex &node) const override;
+    QVariant typedValue(const QXmlNodeModelIndex &node) const override;
+
+protected:
+    QXmlNodeModelIndex nextFromSimpleAxis(SimpleAxis axis, const QXmlNodeModelIndex &node) const override;
+    QVector<QXmlNodeModelIndex> attributes(const QXmlNodeModelIndex &node) const override;
+
+private:
+    const ViewKey &keyOf(const QXmlNodeModelIndex &node) const;
+    QXmlNodeModelIndex nodeFor(const ViewKey &key, int code) const;
+    QXmlNodeModelIndex nodeAt(const NodeIndex::Place &place) const;
+    QXmlNodeModelIndex firstChild(const ViewKey &key) const;
+    QXmlNodeModelIndex sibling(const QXmlNodeModelIndex &origin, const ViewKey &key, int delta) const;
+    NodeIndex::Place placeOf(const QXmlNodeModelIndex &origin, const ViewKey &key) const;
+    const Children &readChildren(const QString &path) const;
+
+    // filled while the engine walks, which it does through const calls
+    mutable TessaroClient client;
+    mutable QVector<ViewKey> keys;
+    mutable ChildrenCache childrenCache;
+    mutable NodeIndex index;
+};
