@@ -1,0 +1,111 @@
+#include "treejson.h"
+
+#include "path.h"
+
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonParseError>
+
+#include <stdexcept>
+
+namespace {
+
+const QString topNames[] = {QStringLiteral("root"), QStringLiteral("templates"), QStringLiteral("tmp")};
+
+[[noreturn]] void fail(const QString &why) {
+    throw std::runtime_error(why.toStdString());
+}
+
+/// U+FEFF as an escape, since the parser drops the character itself from a string's start; a mark before the text goes.
+QByteArray withEscapedMarks(QByteArray text) {
+    const QByteArray mark("\xEF\xBB\xBF");
+    if (text.startsWith(mark)) {
+        text.remove(0, mark.size());
+    }
+    return text.replace(mark, "\\ufeff");
+}
+
+/// How many members the objects of a well-formed text have, those of a repeated name included.
+int membersWritten(const QByteArray &text) {
+    int count = 0;
+    bool inString = false;
+    for (auto at = text.cbegin(); at != text.cend(); ++at) {
+        if (inString && *at == '\\') {
+            ++at;
+        } else if (*at == '"') {
+            inString = !inString;
+        } else if (*at == ':' && !inString) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+/// Refuses what is no tree; how many members there are.
+int checkTree(const QString &directory, const QJsonObject &tree) {
+    int count = tree.size();
+    for (auto node = tree.begin(); node != tree.end(); ++node) {
+        const QString path = childOf(directory, node.key());
+        if (!isPath(node.key()) || node.key().contains(QLatin1Char('/'))) {
+            fail(QStringLiteral("unfit name \"%1\" in \"%2\"").arg(node.key(), directory));
+        }
+        if (node.value().isObject()) {
+            count += checkTree(path, node.value().toObject());
+        } else if (!node.value().isString()) {
+            fail(QStringLiteral("\"%1\" is neither an object nor a string").arg(path));
+        } else if (!node.value().toString().isValidUtf16()) {
+            fail(QStringLiteral("the text of \"%1\" is not Unicode").arg(path));
+        }
+    }
+    return count;
+}
+
+void checkTop(const QJsonObject &tree) {
+    if (!tree.contains(topNames[0])) {
+        fail(QStringLiteral("no \"root\""));
+    }
+    for (auto node = tree.begin(); node != tree.end(); ++node) {
+        if (std::find(std::begin(topNames), std::end(topNames), node.key()) == std::end(topNames)) {
+            fail(QStringLiteral("unknown name \"%1\" at the top").arg(node.key()));
+        }
+        if (!node.value().isObject()) {
+            fail(QStringLiteral("\"%1\" is no object").arg(node.key()));
+        }
+    }
+}
+
+} // namespace
+
+QJsonObject parseTree(QByteArray text) {
+    text = withEscapedMarks(text);
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    if (error.error != QJsonParseError::NoError) {
+        fail(QStringLiteral("%1 at byte %2").arg(error.errorString(), QString::number(error.offset)));
+    }
+    const QJsonObject tree = document.object();
+    checkTop(tree);
+    if (checkTree(QString(), tree) != membersWritten(text)) {
+        fail(QStringLiteral("an object has two members of one name"));
+    }
+    return tree;
+}
+
+void writeTree(Store &store, const QString &directory, const QJsonObject &tree) {
+    for (auto node = tree.begin(); node != tree.end(); ++node) {
+        const bool isKey = node.value().isString();
+        store.put(directory, node.key(), isKey ? keyNode(node.value().toString()) : directoryNode());
+        if (!isKey) {
+            writeTree(store, childOf(directory, node.key()), node.value().toObject());
+        }
+    }
+}
+
+QJsonObject readTree(Store &store, const QString &directory) {
+    QJsonObject tree;
+    const Listing nodes = store.list(directory).entries;
+    for (auto node = nodes.cbegin(); node != nodes.cend(); ++node) {
+        tree.insert(node.key(), node->isKey() ? QJsonValue(node->value)
+                                              : QJsonValue(readTree(store, childOf(directory, node.key()))));
+    }
+    return tree;
+}

@@ -1,0 +1,26 @@
+/// What stands at one place of the registry's tree.
+#pragma once
+
+#include "registry/tessaroclient.h"
+
+struct Node {
+    _RegNodeType kind;
+    QString value; ///< a key's text; of no meaning in a directory
+
+    bool isKey() const { return kind == RegNodeKey; }
+};
+
+inline bool operator==(const Node &a, const Node &b) {
+    return a.kind == b.kind && a.value == b.value;
+}
+
+inline Node directoryNode() {
+    return {RegNodeDir, QString()};
+}
+
+inline Node keyNode(const QString &value) {
+    return {RegNodeKey, value};
+}
+
+/// A directory's nodes by name.
+using Listing = QMap<QString, Node>;

@@ -1,0 +1,22 @@
+#include "path.h"
+
+namespace {
+const QLatin1Char separator('/');
+}
+
+bool isPath(const QString &text) {
+    return !text.isEmpty() && !text.startsWith(separator) && !text.endsWith(separator) &&
+           !text.contains(QLatin1String("//")) && text.isValidUtf16();
+}
+
+QString parentOf(const QString &path) {
+    return path.left(qMax(path.lastIndexOf(separator), 0));
+}
+
+QString nameOf(const QString &path) {
+    return path.mid(path.lastIndexOf(separator) + 1);
+}
+
+QString childOf(const QString &directory, const QString &name) {
+    return directory.isEmpty() ? name : directory + separator + name;
+}

@@ -1,0 +1,25 @@
+/// Paths: components joined by "/", none of them empty. The empty path is the top, which holds `root`.
+#pragma once
+
+#include <QtCore/QString>
+
+#include <utility>
+
+/// Whether @p text is the path of a node; the top is none.
+bool isPath(const QString &text);
+
+/// The directory that holds @p path; empty for a node at the top.
+QString parentOf(const QString &path);
+
+/// The last component.
+QString nameOf(const QString &path);
+
+/// The path of @p name in @p directory, which may be the top.
+QString childOf(const QString &directory, const QString &name);
+
+/// First and last of what lies below @p path in an ordered container of paths, @p path itself excluded.
+template <typename Paths>
+auto below(Paths &paths, const QString &path) {
+    // "0" follows "/"
+    return std::make_pair(paths.lower_bound(path + QLatin1Char('/')), paths.lower_bound(path + QLatin1Char('0')));
+}

@@ -1,0 +1,7 @@
+/// Where the registry lies.
+#pragma once
+
+#include <string>
+
+/// The registry's file as the system names it: what `TESSARO_REGISTRY` says, otherwise a place of root's or the user's.
+std::string registryFile();

@@ -1,0 +1,99 @@
+#include "store.h"
+
+#include "path.h"
+#include "utf8.h"
+
+#include <QtCore/QScopeGuard>
+#include <QtCore/QtEndian>
+
+#include <chrono>
+#include <sqlite3.h>
+
+namespace {
+
+// far longer than any commit takes, so that a busy device does not fail an import
+constexpr std::chrono::milliseconds lockLimit = std::chrono::seconds(30);
+
+constexpr sqlite3_int64 changeCounterOffset = 24;
+
+SQLite::Database openDatabase(const std::string &file) {
+    SQLite::Database database(file, SQLite::OPEN_READWRITE, static_cast<int>(lockLimit.count()));
+    database.exec("PRAGMA synchronous = FULL");
+    return database;
+}
+
+/// SQLite's own handle: closing a second one on the same file would drop the locks of the first.
+sqlite3_file *fileOf(const SQLite::Database &database) {
+    sqlite3_file *file = nullptr;
+    sqlite3_file_control(database.getHandle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    return file;
+}
+
+QString text(const SQLite::Column &column) {
+    const char *const data = column.getText();
+    return decodeUtf8(data, column.getBytes());
+}
+
+} // namespace
+
+Store::Store(const std::string &path)
+    : database(openDatabase(path)), file(fileOf(database)),
+      // the last row closes the listing: on it the read lock is still held, in an empty directory too
+      lister(database, "SELECT name, value FROM node WHERE directory = ?1 UNION ALL SELECT NULL, NULL"),
+      putter(database, "INSERT INTO node VALUES (?1, ?2, ?3)"
+                       " ON CONFLICT (directory, name) DO UPDATE SET value = excluded.value"),
+      remover(database, "DELETE FROM node WHERE (directory = ?1 AND name = ?2)"
+                        " OR directory = ?3 OR (directory > ?4 AND directory < ?5)") {}
+
+void Store::format(const std::string &file) {
+    openDatabase(file).exec("CREATE TABLE node (directory TEXT NOT NULL, name TEXT NOT NULL, value TEXT,"
+                            " PRIMARY KEY (directory, name)) WITHOUT ROWID");
+}
+
+Store::Stamp Store::stamp() const {
+    Stamp bigEndian = 0;
+    const int result = file->pMethods->xRead(file, &bigEndian, sizeof bigEndian, changeCounterOffset);
+    if (result != SQLITE_OK) {
+        throw SQLite::Exception(sqlite3_errstr(result), result);
+    }
+    return qFromBigEndian(bigEndian);
+}
+
+Store::Directory Store::list(const QString &directory) {
+    const auto done = qScopeGuard([this] { lister.tryReset(); });
+    lister.bind(1, directory.toStdString());
+    Listing entries;
+    while (lister.executeStep() && !lister.getColumn(0).isNull()) {
+        const SQLite::Column value = lister.getColumn(1);
+        entries.insert(entries.cend(), text(lister.getColumn(0)),
+                       value.isNull() ? directoryNode() : keyNode(text(value)));
+    }
+    return {entries, stamp()};
+}
+
+void Store::put(const QString &directory, const QString &name, const Node &node) {
+    const auto done = qScopeGuard([this] { putter.tryReset(); });
+    putter.bind(1, directory.toStdString());
+    putter.bind(2, name.toStdString());
+    if (node.isKey()) {
+        putter.bind(3, node.value.toStdString());
+    } else {
+        putter.bind(3);
+    }
+    putter.exec();
+}
+
+void Store::remove(const QString &path) {
+    const auto done = qScopeGuard([this] { remover.tryReset(); });
+    const std::string text = path.toStdString();
+    remover.bind(1, parentOf(path).toStdString());
+    remover.bind(2, nameOf(path).toStdString());
+    remover.bind(3, text);
+    remover.bind(4, text + '/');
+    remover.bind(5, text + '0');
+    remover.exec();
+}
+
+void Store::clear() {
+    database.exec("DELETE FROM node");
+}

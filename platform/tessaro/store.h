@@ -1,0 +1,66 @@
+/// The registry's file: an SQLite database with one row per node,
+///
+///     directory                  | name  | value
+///     ---------------------------+-------+------------------------
+///                                | root  | NULL (a directory)
+///     root                       | view  | NULL
+///     root/view                  | title | Hello (a key's text)
+#pragma once
+
+#include "node.h"
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
+#include <SQLiteCpp/Transaction.h>
+
+#include <cstdint>
+#include <string>
+
+struct sqlite3_file;
+
+/// Knows SQL and nothing of the tree's rules: it does not ask whether a node's directory exists. Whatever fails throws
+/// `SQLite::Exception`. Another process's lock is waited for, up to a limit.
+class Store {
+public:
+    /// Counts the commits that changed the file, whoever made them.
+    using Stamp = std::uint32_t;
+
+    struct Directory {
+        Listing entries;
+        Stamp stamp; ///< of the state that was read
+    };
+
+    /// Opens the registry at @p path, only for reading where the system allows no more; never creates it.
+    explicit Store(const std::string &path);
+
+    /// Makes the file at @p file, which is empty, a registry without a node.
+    static void format(const std::string &file);
+
+    /// The stamp that the file bears now. A listing bearing the same one is still true.
+    Stamp stamp() const;
+
+    /// The nodes of @p directory with the keys' texts; none where there is no such directory.
+    Directory list(const QString &directory);
+
+    void put(const QString &directory, const QString &name, const Node &node);
+
+    /// Removes the node at @p path and all below it.
+    void remove(const QString &path);
+
+    /// Removes every node.
+    void clear();
+
+    /// Begins a transaction, which is rolled back when it is destroyed without having been committed. While one
+    /// exists, nobody else writes.
+    SQLite::Transaction write() { return SQLite::Transaction(database, SQLite::TransactionBehavior::IMMEDIATE); }
+
+    /// Begins a transaction in which all reads see one state.
+    SQLite::Transaction read() { return SQLite::Transaction(database); }
+
+private:
+    SQLite::Database database;
+    sqlite3_file *file;
+    SQLite::Statement lister;
+    SQLite::Statement putter;
+    SQLite::Statement remover;
+};

@@ -1,0 +1,22 @@
+#include "templatepath.h"
+
+#include <QtCore/QStringList>
+#include <QtCore/QUuid>
+
+bool isUuid(const QString &name) {
+    return !QUuid(name).isNull();
+}
+
+QString templatePath(const QString &path) {
+    QStringList names = path.split(QLatin1Char('/'));
+    if (names.first() == QLatin1String("root")) {
+        names.removeFirst();
+    }
+    for (QString &name : names) {
+        if (isUuid(name)) {
+            name = uuidPlaceholder;
+        }
+    }
+    names.prepend(QStringLiteral("templates"));
+    return names.join(QLatin1Char('/'));
+}

@@ -1,0 +1,42 @@
+/// The registry as one client sees and changes it.
+#pragma once
+
+#include "pendingchanges.h"
+#include "status.h"
+#include "storedtree.h"
+
+/// The rules of the tree over the committed nodes and the client's pending changes. A failing status leaves everything
+/// as it was; a registry that cannot be read or written throws `SQLite::Exception`.
+class Tree {
+public:
+    explicit Tree(const std::string &file) : stored(file) {}
+
+    Status contains(const QString &path);
+    Status get(const QString &path, QString &value);
+
+    /// A directory's nodes by path, or a key's text as the one entry.
+    Status list(const QString &path, QMap<QString, _RegNodeType> &entries);
+
+    Status create(const QString &path);
+    Status set(const QString &path, const QString &value);
+    Status del(const QString &path);
+
+    /// Makes what is pending at and below @p path durable, in one transaction. A pending node whose directories are
+    /// gone meanwhile brings them back, and one of another kind gives way to it: the last commit wins.
+    Status commit(const QString &path);
+
+    /// Drops what is pending at and below @p path, all of it when it is empty.
+    Status rollback(const QString &path);
+
+    /// Whether @p value is the committed text of the key at @p path.
+    bool isCommitted(const QString &path, const QString &value);
+
+private:
+    std::optional<Node> find(const QString &path);
+    Listing children(const QString &directory);
+    bool isNewAndEmpty(const QString &path);
+    void fill(const QString &directory, const QString &source);
+
+    StoredTree stored;
+    PendingChanges pending;
+};
