@@ -1,0 +1,82 @@
+# What is installed beside the programs and libraries, and the two Debian packages made of it.
+
+find_program(GZIP_EXECUTABLE gzip REQUIRED)
+
+# Installs a file compressed, as manual pages and changelogs are on Debian.
+function(install_compressed file component destination)
+  cmake_path(GET file FILENAME name)
+  set(compressed ${PROJECT_BINARY_DIR}/${component}/${name}.gz)
+  add_custom_command(OUTPUT ${compressed}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/${component}
+    COMMAND ${GZIP_EXECUTABLE} -9nc ${file} > ${compressed}
+    DEPENDS ${file} VERBATIM)
+  set_property(GLOBAL APPEND PROPERTY QUENDAR_COMPRESSED ${compressed})
+  install(FILES ${compressed} DESTINATION ${destination} COMPONENT ${component})
+endfunction()
+
+configure_file(packaging/changelog.in changelog @ONLY)
+
+# What Debian wants of every package.
+function(install_package_documents component)
+  set(documents ${CMAKE_INSTALL_DATADIR}/doc/${component})
+  install(FILES LICENSE DESTINATION ${documents} RENAME copyright COMPONENT ${component})
+  install_compressed(${PROJECT_BINARY_DIR}/changelog ${component} ${documents})
+endfunction()
+
+set(man ${PROJECT_SOURCE_DIR}/docs/man)
+install_package_documents(quendarsettings)
+install_compressed(${man}/quendarsettings.1 quendarsettings ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES packaging/completion/quendarsettings.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  RENAME quendarsettings COMPONENT quendarsettings)
+
+if(TESSARO STREQUAL "standin")
+  set(examples ${CMAKE_INSTALL_DATADIR}/doc/tessaro-standin/examples)
+  install_package_documents(tessaro-standin)
+  install_compressed(${man}/tessaro.1 tessaro-standin ${CMAKE_INSTALL_MANDIR}/man1)
+  install_compressed(${man}/tessaro-apply.8 tessaro-standin ${CMAKE_INSTALL_MANDIR}/man8)
+  install(FILES examples/device.json examples/new-configuration.xml DESTINATION ${examples} COMPONENT tessaro-standin)
+  install(DIRECTORY examples/apply.d DESTINATION ${examples} USE_SOURCE_PERMISSIONS COMPONENT tessaro-standin)
+  install(FILES packaging/tessaro-standin.overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+    RENAME tessaro-standin COMPONENT tessaro-standin)
+  install(DIRECTORY DESTINATION ${CMAKE_INSTALL_SYSCONFDIR}/tessaro/apply.d COMPONENT tessaro-standin)
+endif()
+
+get_property(compressed GLOBAL PROPERTY QUENDAR_COMPRESSED)
+add_custom_target(documents ALL DEPENDS ${compressed})
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_CONTACT "quendarsettings developers <developers@quendarsettings.example>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL quendarsettings tessaro-standin)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION admin)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+
+set(CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_NAME quendarsettings)
+# on a device, the platform's own package provides the library
+set(CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_DEPENDS "tessaro-standin | libtessaroclient")
+set(CPACK_DEBIAN_QUENDARSETTINGS_DESCRIPTION "export and import the settings of a thin client
+quendarsettings writes the settings of a thin client into one XML document,
+and brings such a document back onto the same or another device: it stores
+what differs, has the changed sections applied, and starts the action that
+they ask for.")
+
+set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_NAME tessaro-standin)
+set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_PROVIDES libtessaroclient)
+file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers)
+set(CPACK_DEBIAN_TESSARO-STANDIN_DESCRIPTION "settings registry of a thin client for ordinary machines
+The libraries that quendarsettings reaches the registry through, here over one
+SQLite file; the command tessaro, which loads, prints and edits this registry;
+and the service that applies changed sections by running hooks.")
+
+include(CPack)
