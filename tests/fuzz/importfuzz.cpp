@@ -1,0 +1,51 @@
+#include "commands/changedsections.h"
+#include "commands/error.h"
+#include "commands/getcommand.h"
+#include "engine/charreferences.h"
+#include "engine/documentguard.h"
+#include "fuzz/fuzzeddevice.h"
+#include "modifier/documentreader.h"
+#include "modifier/lumoconfigviewmodifier.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QCoreApplication>
+
+namespace {
+
+/// One export for all imports: each would leak inside the engine.
+NamedDocument currentSettings() {
+    static int argumentCount = 0;
+    static const QCoreApplication application(argumentCount, nullptr);
+    QCoreApplication::setLibraryPaths({});
+    QBuffer buffer;
+    buffer.open(QIODevice::ReadWrite);
+    GetCommand::exportConfig(&buffer);
+    return {buffer.data(), namesOfView(buffer.data())};
+}
+
+/// An import without its applies.
+void import(const QByteArray &document, const NamedDocument &current) {
+    LumoConfigViewModifier applier;
+    try {
+        const QString text = decodedDocument(document);
+        const Names names = checkDocument(document);
+        if (lineOfUnsupportedReference(text) != 0)
+            return;
+        changedSections({document, names}, current);
+        applyDocument(text, applier);
+    } catch (const Error &) {
+        applier.rollback();
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uchar *data, std::size_t size) {
+    static FuzzedDevice device;
+    static const NamedDocument current = currentSettings();
+
+    device.reset();
+    import(QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(size)), current);
+    device.requireOnlySettingsChanged();
+    return 0;
+}

@@ -1,0 +1,157 @@
+#include "support/scriptedregistry.h"
+
+#include "registry/viewkey.h"
+
+#include <algorithm>
+
+namespace {
+ScriptedRegistry *current = nullptr;
+}
+
+class TessaroPrivate {
+public:
+    /// Records a call and returns the status set for it, or @p usual.
+    static int record(const char *operation, const QString &path, int usual, const QString &value = {}) {
+        const QString call = QLatin1String(operation) + QLatin1Char(' ') + path;
+        current->calls.append(value.isNull() ? call : call + QStringLiteral(" = ") + value);
+        if (current->onCall)
+            current->onCall(call);
+        return current->statuses.value(call, usual);
+    }
+
+    static bool exists(const QString &path) {
+        return current->keys.contains(path) || current->directories.contains(path);
+    }
+};
+
+ScriptedRegistry::ScriptedRegistry() {
+    current = this;
+}
+
+ScriptedRegistry::~ScriptedRegistry() {
+    if (current == this)
+        current = nullptr;
+}
+
+void ScriptedRegistry::addKey(const QString &path, const QString &value) {
+    const QString parent = ViewKey(path).parent();
+    addDirectory(parent);
+    directories[parent].insert(path, RegNodeKey);
+    keys.insert(path, value);
+}
+
+void ScriptedRegistry::addDirectory(const QString &path) {
+    if (path.isNull() || directories.contains(path))
+        return;
+    directories.insert(path, {});
+    const QString parent = ViewKey(path).parent();
+    if (parent.isNull())
+        return;
+    addDirectory(parent);
+    directories[parent].insert(path, RegNodeDir);
+}
+
+void ScriptedRegistry::add(const QStringList &lines) {
+    for (const QString &line : lines) {
+        const int separator = line.indexOf(QLatin1String(" = "));
+        if (separator < 0)
+            addDirectory(line.chopped(1));
+        else
+            addKey(line.left(separator), line.mid(separator + 3));
+    }
+}
+
+void ScriptedRegistry::remove(const QString &path) {
+    const QMap<QString, _RegNodeType> children = directories.take(path);
+    for (auto child = children.cbegin(); child != children.cend(); ++child)
+        remove(child.key());
+    keys.remove(path);
+    const auto parent = directories.find(ViewKey(path).parent());
+    if (parent != directories.end())
+        parent->remove(path);
+}
+
+QStringList ScriptedRegistry::dump() const {
+    QStringList lines;
+    for (auto key = keys.cbegin(); key != keys.cend(); ++key)
+        lines.append(key.key() + QStringLiteral(" = ") + key.value());
+    lines.sort();
+    return lines;
+}
+
+QStringList ScriptedRegistry::writes() const {
+    QStringList result;
+    std::copy_if(calls.cbegin(), calls.cend(), std::back_inserter(result), [](const QString &call) {
+        return !call.startsWith(QLatin1String("get ")) && !call.startsWith(QLatin1String("contains ")) &&
+               !call.startsWith(QLatin1String("value "));
+    });
+    return result;
+}
+
+Tessaro::Tessaro() = default;
+
+Tessaro::~Tessaro() = default;
+
+int Tessaro::get(const QString &path, QString &value, const _RegEntryParam & /*param*/, const QString & /*last*/) {
+    const int status = TessaroPrivate::record("value", path, current->keys.contains(path) ? 0 : 1);
+    if (status == 0)
+        value = current->keys.value(path);
+    return status;
+}
+
+TessaroClient::TessaroClient() = default;
+
+TessaroClient::~TessaroClient() = default;
+
+int TessaroClient::get(const QString &path, QMap<QString, _RegNodeType> &children, const _RegEntryParam & /*param*/,
+                       const QString & /*last*/) {
+    const int status = TessaroPrivate::record("get", path, 0);
+    if (current->keys.contains(path))
+        children.insert(current->keys.value(path), RegNodeValue);
+    else
+        children = current->directories.value(path);
+    return status;
+}
+
+int TessaroClient::set(const QString &path, const QString &value, const _RegEntryParam & /*param*/) {
+    const bool isEmptyDirectory = current->directories.contains(path) && current->directories.value(path).isEmpty();
+    const bool isDirectory = current->directories.contains(path) && !isEmptyDirectory;
+    const int status =
+        TessaroPrivate::record("set", path, isDirectory ? 2 : 0, value.isNull() ? QStringLiteral("") : value);
+    if (status == 0) {
+        if (isEmptyDirectory)
+            current->remove(path);
+        current->addKey(path, value);
+    }
+    return status;
+}
+
+int TessaroClient::commit(const QString &path) {
+    return TessaroPrivate::record("commit", path, 0);
+}
+
+int TessaroClient::requestApply(const QString &section, const QString & /*trigger*/) {
+    return TessaroPrivate::record("requestApply", section, 7);
+}
+
+int TessaroClient::create(const QString &path, const _RegEntryType & /*type*/) {
+    const int status = TessaroPrivate::record("create", path, TessaroPrivate::exists(path) ? 2 : 0);
+    if (status == 0)
+        current->addDirectory(path);
+    return status;
+}
+
+int TessaroClient::del(const QString &path) {
+    const int status = TessaroPrivate::record("del", path, TessaroPrivate::exists(path) ? 0 : 1);
+    if (status == 0)
+        current->remove(path);
+    return status;
+}
+
+int TessaroClient::contains(const QString &path) {
+    return TessaroPrivate::record("contains", path, TessaroPrivate::exists(path) ? 0 : 1);
+}
+
+int TessaroClient::rollback(const QString &path) {
+    return TessaroPrivate::record("rollback", path, 0);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QtCore/QRandomGenerator>
+#include <QtCore/QtGlobal>
+
+/// How far a sweep goes: a short share, the same each time, or with SWEEP=long all of it, with a seed that is new each
+/// time. SWEEP_SEED sets the seed, which is printed.
+class Sweep {
+public:
+    static bool isLong() { return qgetenv("SWEEP") == "long"; }
+
+    static int cases(int few, int all) { return isLong() ? all : few; }
+
+    Sweep() { qInfo("seed: %u (SWEEP_SEED)", seed); }
+
+    /// Not less than 0, below @p end.
+    int below(int end) { return static_cast<int>(random.bounded(end)); }
+
+    bool chance(int percent) { return below(100) < percent; }
+
+private:
+    const uint seed = qEnvironmentVariableIsSet("SWEEP_SEED") ? qEnvironmentVariable("SWEEP_SEED").toUInt()
+                      : isLong()                              ? QRandomGenerator::global()->generate()
+                                                              : 1;
+    QRandomGenerator random{seed};
+};
