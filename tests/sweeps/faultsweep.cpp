@@ -31,32 +31,25 @@ struct Expectation {
     QString touched = QString(); // where alone the registry may differ from what it becomes without the fault
 };
 
-QMap<QString, QString> keysOf(const QJsonObject &directory, const QString &path) {
-    QMap<QString, QString> keys;
+QSet<QString> linesOf(const QJsonObject &directory, const QString &path) {
+    QSet<QString> lines = {path + QLatin1Char('/')};
     for (auto entry = directory.begin(); entry != directory.end(); ++entry) {
-        const QString entryPath = path + QLatin1Char('/') + entry.key();
-        if (entry->isObject()) {
-            keys.insert(entryPath, QStringLiteral("a directory"));
-            keys.insert(keysOf(entry->toObject(), entryPath));
-        } else {
-            keys.insert(entryPath, QStringLiteral("a key: ") + entry->toString());
-        }
+        const QString below = path + QLatin1Char('/') + entry.key();
+        lines.unite(entry->isObject() ? linesOf(entry->toObject(), below)
+                                      : QSet<QString>{below + QStringLiteral("/ = ") + entry->toString()});
     }
-    return keys;
+    return lines;
 }
 
-/// Where the settings in two dumps differ, but for what lies at or below @p path.
+/// Where two dumps differ, but for what lies at or below @p path.
 QStringList differences(const QByteArray &first, const QByteArray &second, const QString &path) {
-    const auto firstKeys = keysOf(QJsonDocument::fromJson(first).object(), QStringLiteral("root"));
-    const auto secondKeys = keysOf(QJsonDocument::fromJson(second).object(), QStringLiteral("root"));
-    QStringList found = firstKeys.keys() + secondKeys.keys();
-    found.removeDuplicates();
-    const auto isAllowed = [&](const QString &key) {
-        const bool isSame = firstKeys.value(key) == secondKeys.value(key);
-        return isSame || (!path.isEmpty() && (key + QLatin1Char('/')).startsWith(path + QLatin1Char('/')));
+    const auto lines = [](const QByteArray &dump) {
+        return linesOf(QJsonDocument::fromJson(dump).object(), QStringLiteral("root"));
     };
-    found.erase(std::remove_if(found.begin(), found.end(), isAllowed), found.end());
-    return found;
+    const QStringList all = ((lines(first) - lines(second)) + (lines(second) - lines(first))).values();
+    return path.isEmpty()
+               ? all
+               : all.filter(QRegularExpression(QStringLiteral("^(?!%1/)").arg(QRegularExpression::escape(path))));
 }
 
 /// What the failure of a call means, by its place among the calls of an undisturbed run.

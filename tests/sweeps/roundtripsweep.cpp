@@ -14,14 +14,15 @@ public:
     explicit MadeUpRegistry(Sweep &source) : sweep(source) {
         for (int i = sweep.below(6); i >= 0; --i)
             view.insert(name(), directory(3));
-        view.insert(QStringLiteral("list"), list());
-        view.insert(QStringLiteral("cda"), keysNamed({"enable", "server"}));
+        for (const char *const section :
+             {"display resolution color_depth gamma primary_monitor", "time_zone area city utc_offset",
+              "wireless enable channel passphrase", "list entry_1 entry_2 entry_10", "cda server enable"}) {
+            const QStringList words = QString::fromLatin1(section).split(QLatin1Char(' '));
+            view.insert(words.first(), keysNamed(words.mid(1)));
+        }
         if (sweep.chance(50))
             view.insert(QStringLiteral("cda"),
                         QJsonObject{{QStringLiteral("enable"), QStringLiteral("true")}, {name(), value()}});
-        view.insert(QStringLiteral("display"), keysNamed({"resolution", "color_depth", "gamma", "primary_monitor"}));
-        view.insert(QStringLiteral("time_zone"), keysNamed({"area", "city", "utc_offset"}));
-        view.insert(QStringLiteral("wireless"), keysNamed({"enable", "channel", "passphrase"}));
         for (const char *const type : {"rdp", "ssh", "telnet"})
             addSessions(QLatin1String(type));
         addPrinters();
@@ -103,55 +104,42 @@ private:
         return made;
     }
 
-    QJsonObject list() {
+    QJsonObject keysNamed(const QStringList &names) {
         QJsonObject made;
-        for (int i = sweep.below(12); i > 0; --i)
-            made.insert(QStringLiteral("entry_%1").arg(i), keysNamed({"title", "command"}));
+        for (const QString &key : names)
+            made.insert(key, value());
         return made;
     }
 
-    QJsonObject keysNamed(std::initializer_list<const char *> names) {
-        QJsonObject made;
-        for (const char *const key : names)
-            made.insert(QLatin1String(key), value());
-        return made;
-    }
-
-    QUuid uuid() {
-        std::array<quint32, 4> parts = {};
-        for (quint32 &part : parts)
-            part = static_cast<quint32>(sweep.below(0x7fffffff)) * 2 + 1;
-        return QUuid::fromRfc4122(QByteArray(reinterpret_cast<const char *>(parts.data()), 16));
+    QString uuid() {
+        const auto part = [this] { return static_cast<quint32>(sweep.below(0x7fffffff)) + 1; };
+        const quint32 parts[] = {part(), part(), part(), part()};
+        return QUuid::fromRfc4122(QByteArray(reinterpret_cast<const char *>(parts), sizeof parts)).toString();
     }
 
     /// Some, or one that comes back under another name: two of these could change places.
     void addSessions(const QString &type) {
         QJsonObject sessions;
-        const QString more = name();
-        const auto session = [&] {
-            QJsonObject made = keysNamed({"name", "autostart", "host"});
-            made.insert(more, value());
-            return made;
-        };
+        const QStringList keys = {QStringLiteral("name"), QStringLiteral("autostart"), name()};
         if (sweep.chance(30)) {
-            const QString id = uuid().toString().toUpper();
+            const QString id = uuid().toUpper();
             upperCaseIds.append(id);
-            sessions.insert(sweep.chance(50) ? id.mid(1).chopped(1) : id, session());
+            sessions.insert(sweep.chance(50) ? id.mid(1).chopped(1) : id, keysNamed(keys));
         }
         for (int i = sessions.isEmpty() ? sweep.below(4) : 0; i > 0; --i)
-            sessions.insert(uuid().toString(), session());
-        addSection(type, QStringLiteral("sessions"), sessions, session());
+            sessions.insert(uuid(), keysNamed(keys));
+        addSection(type, QStringLiteral("sessions"), sessions, keysNamed(keys));
     }
 
     void addPrinters() {
         QJsonObject printers;
+        const QStringList keys = {QStringLiteral("address"), QStringLiteral("port"), QStringLiteral("driver"), name()};
         for (int i = sweep.below(4); i > 0; --i) {
-            QJsonObject printer = keysNamed({"name", "address", "port", "driver", "location"});
-            printer.insert(QStringLiteral("name"), QString::number(i) + printer[QStringLiteral("name")].toString());
-            printers.insert(uuid().toString(), printer);
+            QJsonObject printer = keysNamed(keys);
+            printer.insert(QStringLiteral("name"), QString::number(i) + value());
+            printers.insert(uuid(), printer);
         }
-        addSection(QStringLiteral("network_printer"), QStringLiteral("printers"), printers,
-                   keysNamed({"name", "address", "port", "driver"}));
+        addSection(QStringLiteral("network_printer"), QStringLiteral("printers"), printers, keysNamed(keys));
     }
 
     void addSection(const QString &section, const QString &kind, const QJsonObject &entries,

@@ -49,7 +49,7 @@ private Q_SLOTS:
     void initTestCase() { before = device.dump(); }
 
     void cleanupTestCase() {
-        QCOMPARE(device.leftovers(), QStringList());
+        QCOMPARE(device.leftovers().join(QLatin1Char(' ')), QString());
         struct rusage usage = {};
         ::getrusage(RUSAGE_CHILDREN, &usage);
         QVERIFY2(usage.ru_maxrss < 1024 * 1024, "a run took more than 1 GiB");

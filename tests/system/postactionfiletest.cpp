@@ -50,7 +50,7 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 0);
         if (QFileInfo(path).isDir())
             clear(); // the tool removes no folder
-        QCOMPARE(device.leftovers(), QStringList());
+        QCOMPARE(device.leftovers().join(QLatin1Char(' ')), QString());
         QVERIFY(waitUntil([&] { return device.read(QStringLiteral("log")).trimmed() == run; }));
         QVERIFY(!before.contains("unharmed") || device.read(QStringLiteral("victim")) == "unharmed\n");
     }
@@ -71,7 +71,7 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 0);
         QVERIFY(QFile::exists(path));
         clear();
-        QCOMPARE(device.leftovers(), QStringList());
+        QCOMPARE(device.leftovers().join(QLatin1Char(' ')), QString());
         QVERIFY(!QFile::exists(device.path(QStringLiteral("log"))));
     }
 

@@ -80,48 +80,6 @@ private Q_SLOTS:
         }
     }
 
-    void whatTheEngineCannotShowEndsTheExport_data() {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("a name that is no XML name") << key("a b") << "1";
-        QTest::newRow("a control character") << key("a") << QStringLiteral("\u0001");
-    }
-
-    void whatTheEngineCannotShowEndsTheExport() {
-        QFETCH(QString, path);
-        QFETCH(QString, value);
-        registry->addKey(path, value);
-        QCOMPARE(failure(), QStringLiteral("impossible to export the settings"));
-    }
-
-    void moreNamesThanThePoolHoldsEndTheExport() {
-        for (const int names : {3000, 3900, 10000, 50000}) {
-            init();
-            for (int i = 0; i < names; ++i)
-                registry->addKey(key("section/n") + QString::number(100000 + i), QStringLiteral("v"));
-            if (names > 3000) {
-                QCOMPARE(failure(), QStringLiteral("too many different names"));
-                continue;
-            }
-            const QByteArray document = exported();
-            for (int i = 0; i < names; ++i) {
-                const QByteArray name = "n" + QByteArray::number(100000 + i);
-                QVERIFY2(document.contains("        <" + name + ">v</" + name + ">\n"), name.constData());
-            }
-        }
-    }
-
-    void nestingEndsAt256Elements() {
-        QString path = view;
-        for (int level = 2; level <= 256; ++level)
-            path += QStringLiteral("/d");
-        registry->addKey(path, QStringLiteral("deep"));
-        QVERIFY(exported().contains("<d>deep</d>"));
-        init();
-        registry->addKey(path + QStringLiteral("/d"), QStringLiteral("deeper"));
-        QCOMPARE(failure(), QStringLiteral("nested deeper than 256 elements"));
-    }
-
 private:
     std::unique_ptr<ScriptedRegistry> registry;
 };
