@@ -1,16 +1,14 @@
-/// Registries that are missing, damaged, read-only, locked or left by a killed process.
-#include "testregistry.h"
+#include "registry/tessaroclient.h"
+#include "support/device.h"
 
 #include <SQLiteCpp/Database.h>
 
-#include <QtCore/QFileInfo>
-#include <QtCore/QScopeGuard>
 #include <QtCore/QThread>
 #include <QtTest/QtTest>
 
-#include <atomic>
 #include <csignal>
 #include <future>
+#include <list>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -20,205 +18,168 @@ namespace {
 
 const QString key = QStringLiteral("root/key");
 const QString twin = QStringLiteral("root/twin");
-constexpr uid_t nobody = 65534;
 
-int set(TessaroClient &client, const QString &path, const QString &value) {
-    return client.set(path, value, RegParamValue);
+QString valueOf(TessaroClient &client, const QString &path) {
+    QString value;
+    client.Tessaro::get(path, value, RegParamValue, QString());
+    return value;
 }
 
-int commitValue(TessaroClient &client, const QString &value) {
-    set(client, key, value);
-    set(client, twin, value);
+int commitBoth(TessaroClient &client, const QString &value) {
+    client.set(key, value, RegParamValue);
+    client.set(twin, value, RegParamValue);
     return client.commit(QStringLiteral("root"));
-}
-
-/// Tells of each commit by a byte.
-[[noreturn]] void commitForEver(int progress) {
-    TessaroClient client;
-    for (int i = 0; commitValue(client, QString::number(i)) == 0 && write(progress, "c", 1) == 1; ++i) {
-    }
-    _exit(1);
 }
 
 } // namespace
 
+/// Registries that are missing, damaged, read-only, full, locked or left by a killed process.
 class ClientTroubleTest : public QObject {
     Q_OBJECT
 
+    const Device device;
+    const QString registry = device.path(QStringLiteral("registry.db"));
+    const QString before = QString(20000, QLatin1Char('x'));
+
 private Q_SLOTS:
-    void unusableRegistryIsAFailure_data();
-    void unusableRegistryIsAFailure();
-    void truncatedRegistryIsAFailure();
-    void readOnlyRegistryIsReadable();
-    void failedCommitChangesNothingAndStaysPending();
-    void lockIsWaitedFor();
-    void writersTakeTurns();
-    void killedWriterLeavesItsLastCommit();
+    void initTestCase() {
+        qputenv("TESSARO_REGISTRY", device.environment["TESSARO_REGISTRY"]);
+        init();
+    }
+
+    void init() {
+        QFile::remove(registry);
+        device.load(R"({"root": {"key": ")" + before.toUtf8() + R"(", "twin": ""}})");
+    }
+
+    void damagedRegistryIsAFailure_data() {
+        QTest::addColumn<QByteArray>("content"); // null: there is no file
+        const QByteArray whole = contentsOf(registry);
+        QTest::newRow("missing") << QByteArray();
+        QTest::newRow("text") << QByteArray(5000, 'x');
+        QTest::newRow("database of another kind") << QByteArray(whole).replace("node", "none");
+        for (const int size : {0, 1, 100, 4095, 4096, 4097, 8191, 20000})
+            QTest::addRow("cut to %d bytes", size) << whole.left(size);
+    }
+
+    void damagedRegistryIsAFailure() {
+        QFETCH(const QByteArray, content);
+        QFile::remove(registry);
+        if (!content.isNull())
+            device.write(QStringLiteral("registry.db"), content);
+        TessaroClient client;
+        QString value = before;
+        QMap<QString, _RegNodeType> children;
+        const QVector<int> statuses = {client.Tessaro::get(key, value, RegParamValue, QString()),
+                                       client.get(key, children, RegParamValue, QString()),
+                                       client.contains(key),
+                                       client.create(key, RegTypeString),
+                                       client.set(key, value, RegParamValue),
+                                       client.del(key),
+                                       client.requestApply(key, key)};
+        QCOMPARE(statuses, QVector<int>(7, 3));
+        QCOMPARE(client.commit(key), 4);
+        QCOMPARE(value, before);
+        QVERIFY(children.isEmpty());
+        QCOMPARE(QFile::exists(registry), !content.isNull());
+        QCOMPARE(contentsOf(registry), content);
+    }
+
+    void openClientNoticesWhatBecomesOfTheFile() {
+        TessaroClient client;
+        QCOMPARE(valueOf(client, key), before);
+        device.load(R"({"root": {"key": "loaded"}})");
+        QCOMPARE(valueOf(client, key), QStringLiteral("loaded"));
+        QVERIFY(QFile::resize(registry, 0));
+        QCOMPARE(client.contains(key), 3);
+    }
+
+    void readOnlyRegistryIsReadable() {
+        const QString folder = device.path(QStringLiteral("."));
+        chmod(QFile::encodeName(registry).constData(), 0444);
+        chmod(QFile::encodeName(folder).constData(), 0555);
+        QString value;
+        int status = 0;
+        const bool isReachable = asOrdinaryUser(folder, [&] {
+            TessaroClient client;
+            value = valueOf(client, key);
+            status = commitBoth(client, QStringLiteral("new"));
+        });
+        chmod(QFile::encodeName(folder).constData(), 0700);
+        if (!isReachable)
+            QSKIP("the temporary directory is this user's only");
+        QCOMPARE(value, before);
+        QCOMPARE(status, 4);
+    }
+
+    void fullDiskChangesNothingAndLeavesAllPending() {
+        TessaroClient client;
+        TessaroClient reader;
+        const QString large(1 << 20, QLatin1Char('y'));
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit usual{};
+        getrlimit(RLIMIT_FSIZE, &usual);
+        const rlimit fullDisk{100000, usual.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &fullDisk);
+        const int status = commitBoth(client, large);
+        setrlimit(RLIMIT_FSIZE, &usual);
+        QCOMPARE(status, 4);
+        QCOMPARE(valueOf(reader, key), before);
+        QCOMPARE(valueOf(client, twin), large);
+        QCOMPARE(client.commit(QStringLiteral("root")), 0);
+        QCOMPARE(valueOf(reader, key), large);
+    }
+
+    void lockIsWaitedFor() {
+        SQLite::Database locker(registry.toStdString(), SQLite::OPEN_READWRITE);
+        locker.exec("BEGIN EXCLUSIVE");
+        auto commit = std::async(std::launch::async, [] {
+            TessaroClient client;
+            return commitBoth(client, QStringLiteral("v"));
+        });
+        const std::future_status early = commit.wait_for(std::chrono::milliseconds(300));
+        locker.exec("ROLLBACK");
+        QCOMPARE(commit.get(), 0);
+        QCOMPARE(early, std::future_status::timeout);
+    }
+
+    void processesTakeTurns() {
+        std::list<Program> writers;
+        for (int i = 0; i < 10; ++i)
+            writers.emplace_back(
+                QStringLiteral(TESSARO_PROGRAM),
+                QStringList{QStringLiteral("set"), QStringLiteral("root/%1").arg(i), QStringLiteral("v")});
+        for (Program &writer : writers)
+            QCOMPARE(writer.wait().err, QByteArray());
+        QCOMPARE(device.dump().count("\"v\""), 10);
+    }
+
+    void killedWriterLeavesItsLastCommit() {
+        for (unsigned long round = 0; round < 10; ++round) {
+            int progress[2];
+            QCOMPARE(pipe(progress), 0);
+            const pid_t writer = fork();
+            if (writer == 0) {
+                TessaroClient client;
+                for (int i = 0; commitBoth(client, QString::number(i)) == 0; ++i)
+                    std::ignore = write(progress[1], "c", 1);
+                _exit(1);
+            }
+            close(progress[1]);
+            char committed = 0;
+            const ssize_t count = read(progress[0], &committed, 1);
+            QThread::usleep(round * 997); // another point of a commit in each round
+            kill(writer, SIGKILL);
+            waitpid(writer, nullptr, 0);
+            close(progress[0]);
+            QCOMPARE(count, 1);
+            TessaroClient client;
+            QCOMPARE(valueOf(client, key), valueOf(client, twin));
+            QCOMPARE(commitBoth(client, QStringLiteral("v")), 0);
+        }
+    }
 };
 
-void ClientTroubleTest::unusableRegistryIsAFailure_data() {
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("missing") << QByteArray();
-    QTest::newRow("empty") << QByteArray("");
-    QTest::newRow("text") << QByteArray(5000, 'x');
-    QTest::newRow("database of another kind") << QByteArray("CREATE TABLE other (name TEXT)");
-}
-
-void ClientTroubleTest::unusableRegistryIsAFailure() {
-    QFETCH(const QByteArray, content);
-    const TestRegistry registry;
-    if (content.startsWith("CREATE")) {
-        SQLite::Database(registry.path().toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
-            .exec(content.toStdString());
-    } else if (!content.isNull()) {
-        registry.write(QStringLiteral("registry.db"), content);
-    }
-    const QFileInfo file(registry.path());
-    const qint64 sizeBefore = file.exists() ? file.size() : -1;
-
-    TessaroClient client;
-    QString value = QStringLiteral("as it was");
-    QMap<QString, _RegNodeType> children;
-    QCOMPARE(client.Tessaro::get(key, value, RegParamValue, QString()), 3);
-    QCOMPARE(value, QStringLiteral("as it was"));
-    QCOMPARE(client.get(key, children, RegParamValue, QString()), 3);
-    QCOMPARE(children.size(), 0);
-    QCOMPARE(client.contains(key), 3);
-    QCOMPARE(client.create(key, RegTypeString), 3);
-    QCOMPARE(set(client, key, value), 3);
-    QCOMPARE(client.del(key), 3);
-    QCOMPARE(client.commit(key), 4);
-    QCOMPARE(client.requestApply(QStringLiteral("root"), key), 3);
-    const QFileInfo after(registry.path());
-    QCOMPARE(after.exists() ? after.size() : -1, sizeBefore);
-}
-
-void ClientTroubleTest::truncatedRegistryIsAFailure() {
-    const TestRegistry registry;
-    QCOMPARE(registry.load(R"({"root": {"key": ")" + QByteArray(20000, 'x') + R"("}})").err, QByteArray());
-    TessaroClient reader;
-    QCOMPARE(reader.contains(key), 0);
-    QFile file(registry.path());
-    for (const qint64 size : {20000, 8191, 4097, 4096, 4095, 100, 1}) {
-        QVERIFY(file.resize(size));
-        TessaroClient client;
-        QCOMPARE(client.contains(key), 3);
-        QCOMPARE(set(client, key, QString()), 3);
-    }
-    QVERIFY(file.resize(0));
-    QCOMPARE(reader.contains(key), 3);
-}
-
-void ClientTroubleTest::readOnlyRegistryIsReadable() {
-    const TestRegistry registry;
-    QCOMPARE(registry.load(R"({"root": {"key": "text"}})").err, QByteArray());
-    const QByteArray folder = QFile::encodeName(registry.folder());
-    QCOMPARE(chmod(QFile::encodeName(registry.path()).constData(), 0444), 0);
-    QCOMPARE(chmod(folder.constData(), 0555), 0);
-    const uid_t self = geteuid();
-    const auto restored = qScopeGuard([&] {
-        std::ignore = seteuid(self);
-        chmod(folder.constData(), 0700);
-    });
-    if (self == 0) {
-        QCOMPARE(seteuid(nobody), 0); // root may write everywhere
-    }
-    if (!QFileInfo(registry.path()).isReadable()) {
-        QSKIP("the temporary directory is this user's only");
-    }
-    TessaroClient client;
-    QCOMPARE(valueOf(client, key), QStringLiteral("text"));
-    QCOMPARE(commitValue(client, QStringLiteral("new")), 4);
-    QCOMPARE(valueOf(client, key), QStringLiteral("new"));
-    QCOMPARE(client.rollback(QString()), 0);
-    QCOMPARE(valueOf(client, key), QStringLiteral("text"));
-}
-
-void ClientTroubleTest::failedCommitChangesNothingAndStaysPending() {
-    const TestRegistry registry;
-    QCOMPARE(registry.load(R"({"root": {"key": "text"}})").err, QByteArray());
-    TessaroClient client;
-    TessaroClient reader;
-    const QString large(1 << 20, QLatin1Char('x'));
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit before{};
-        getrlimit(RLIMIT_FSIZE, &before);
-        const auto restored = qScopeGuard([&] { setrlimit(RLIMIT_FSIZE, &before); });
-        const rlimit fullDisk{100000, before.rlim_max};
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &fullDisk), 0);
-        QCOMPARE(commitValue(client, large), 4);
-    }
-    QCOMPARE(valueOf(reader, key), QStringLiteral("text"));
-    QCOMPARE(reader.contains(twin), 1);
-    QCOMPARE(valueOf(client, twin), large);
-    QCOMPARE(client.commit(QStringLiteral("root")), 0);
-    QCOMPARE(valueOf(reader, key), large);
-}
-
-void ClientTroubleTest::lockIsWaitedFor() {
-    const TestRegistry registry;
-    QCOMPARE(registry.load(R"({"root": {}})").err, QByteArray());
-    SQLite::Database database(registry.path().toStdString(), SQLite::OPEN_READWRITE);
-    database.exec("BEGIN EXCLUSIVE");
-    std::atomic<bool> isHeld{true};
-    const auto released = std::async(std::launch::async, [&] {
-        QThread::msleep(300);
-        isHeld = false;
-        database.exec("ROLLBACK");
-    });
-    TessaroClient client;
-    QCOMPARE(commitValue(client, QStringLiteral("v")), 0);
-    QVERIFY(!isHeld);
-}
-
-void ClientTroubleTest::writersTakeTurns() {
-    const TestRegistry registry;
-    QCOMPARE(registry.load(R"({"root": {}})").err, QByteArray());
-    const auto writer = [](int name) {
-        int failures = 0;
-        TessaroClient client;
-        for (int i = 0; i < 20; ++i) {
-            const QString path = QStringLiteral("root/%1/%2").arg(name).arg(i);
-            failures += client.create(path, RegTypeString) != 0;
-            failures += set(client, path, QStringLiteral("v")) != 0;
-            failures += client.commit(path) != 0;
-        }
-        return failures;
-    };
-    auto first = std::async(std::launch::async, writer, 1);
-    QCOMPARE(writer(2), 0);
-    QCOMPARE(first.get(), 0);
-    TessaroClient reader;
-    for (const QString &name : {QStringLiteral("root/1"), QStringLiteral("root/2")}) {
-        QMap<QString, _RegNodeType> children;
-        QCOMPARE(reader.get(name, children, RegParamValue, QString()), 0);
-        QCOMPARE(children.size(), 20);
-    }
-}
-
-void ClientTroubleTest::killedWriterLeavesItsLastCommit() {
-    const TestRegistry registry;
-    for (int round = 0; round < 10; ++round) {
-        QCOMPARE(registry.load(R"({"root": {"key": "none", "twin": "none"}})").err, QByteArray());
-        int progress[2];
-        QCOMPARE(pipe(progress), 0);
-        const pid_t writer = fork();
-        if (writer == 0) {
-            commitForEver(progress[1]);
-        }
-        close(progress[1]);
-        char commit = 0;
-        QCOMPARE(read(progress[0], &commit, 1), ssize_t(1));
-        QThread::usleep(static_cast<unsigned long>(round) * 997); // another point of a commit in each round
-        kill(writer, SIGKILL);
-        waitpid(writer, nullptr, 0);
-        close(progress[0]);
-        TessaroClient after;
-        QCOMPARE(valueOf(after, key), valueOf(after, twin));
-        QCOMPARE(commitValue(after, QStringLiteral("v")), 0);
-    }
-}
-
 QTEST_GUILESS_MAIN(ClientTroubleTest)
+
 #include "clienttroubletest.moc"

@@ -81,7 +81,11 @@ Outcome Device::tessaro(const QStringList &arguments) const {
 }
 
 QByteArray Device::get(const QString &path) const {
-    return tessaro({QStringLiteral("get"), path}).out.chopped(1);
+    QByteArray value = tessaro({QStringLiteral("get"), path}).out;
+    value.chop(1); // the line feed
+    return value;
+}
+.out.chopped(1);
 }
 
 void Device::set(const QString &path, const QString &value) const {
