@@ -4,11 +4,19 @@
 <xsl:stylesheet version="2.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
     <xsl:output method="xml" indent="yes" encoding="UTF-8"/>
 
-    <!-- whatever no other template names stays as it is -->
+    <!-- whatever no other template names stays as it is; what holds no elements is copied whole, since to have the
+         engine look for templates costs far more than a copy -->
     <xsl:template match="node() | @*">
-        <xsl:copy>
-            <xsl:apply-templates select="@* | node()"/>
-        </xsl:copy>
+        <xsl:choose>
+            <xsl:when test="*">
+                <xsl:copy>
+                    <xsl:apply-templates select="*"/>
+                </xsl:copy>
+            </xsl:when>
+            <xsl:otherwise>
+                <xsl:copy-of select="."/>
+            </xsl:otherwise>
+        </xsl:choose>
     </xsl:template>
 
     <!-- the view's root becomes the document's -->

@@ -1,9 +1,9 @@
 /// The registry from the command line:
 ///
 ///     tessaro load examples/device.json
-///     tessaro get root/lumo-config-view/network/hostname
-///     tessaro set root/lumo-config-view/network/hostname lumo-12
-///     tessaro dump root/lumo-config-view/network
+///     tessaro get root/lumo-config-view/display/resolution
+///     tessaro set root/lumo-config-view/display/resolution 1280x1024
+///     tessaro dump root/lumo-config-view/display
 #include "load.h"
 #include "path.h"
 #include "registry/tessaroclient.h"

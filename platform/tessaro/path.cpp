@@ -5,8 +5,14 @@ const QLatin1Char separator('/');
 }
 
 bool isPath(const QString &text) {
-    return !text.isEmpty() && !text.startsWith(separator) && !text.endsWith(separator) &&
-           !text.contains(QLatin1String("//")) && text.isValidUtf16();
+    QChar before = separator;
+    for (const QChar character : text) {
+        if (character == separator && before == separator) {
+            return false;
+        }
+        before = character;
+    }
+    return before != separator && text.isValidUtf16();
 }
 
 QString parentOf(const QString &path) {

@@ -3,6 +3,9 @@
 #include "path.h"
 
 const Node *PendingChanges::find(const QString &path) const {
+    if (made.empty()) {
+        return nullptr;
+    }
     const auto siblings = made.find(parentOf(path));
     if (siblings == made.end()) {
         return nullptr;

@@ -17,7 +17,8 @@ constexpr std::chrono::milliseconds lockLimit = std::chrono::seconds(30);
 constexpr sqlite3_int64 changeCounterOffset = 24;
 
 SQLite::Database openDatabase(const std::string &file) {
-    SQLite::Database database(file, SQLite::OPEN_READWRITE, static_cast<int>(lockLimit.count()));
+    // a client serves one thread
+    SQLite::Database database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX, static_cast<int>(lockLimit.count()));
     database.exec("PRAGMA synchronous = FULL");
     return database;
 }
