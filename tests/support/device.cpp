@@ -85,8 +85,6 @@ QByteArray Device::get(const QString &path) const {
     value.chop(1); // the line feed
     return value;
 }
-.out.chopped(1);
-}
 
 void Device::set(const QString &path, const QString &value) const {
     const Outcome outcome = tessaro({QStringLiteral("set"), path, value});
