@@ -15,10 +15,14 @@ class OpenView : public LumoConfigView {
 public:
     using LumoConfigView::FirstChild;
     using LumoConfigView::LumoConfigView;
-    using LumoConfigView::nextFromSimpleAxis;
     using LumoConfigView::NextSibling;
     using LumoConfigView::Parent;
     using LumoConfigView::PreviousSibling;
+
+    QXmlNodeModelIndex nextFromSimpleAxis(SimpleAxis axis, const QXmlNodeModelIndex &node) const override {
+        ++lookUps;
+        return LumoConfigView::nextFromSimpleAxis(axis, node);
+    }
 
     QStringList childNames(const QXmlNodeModelIndex &parent) const {
         QStringList names;
@@ -27,6 +31,8 @@ public:
             names.append(name(child).localName(namePool()));
         return names;
     }
+
+    mutable int lookUps = 0; // of nodes, by the engine or by the view itself
 };
 
 } // namespace
@@ -112,6 +118,13 @@ private Q_SLOTS:
         for (; !last.isNull(); last = model->nextFromSimpleAxis(OpenView::PreviousSibling, last))
             backwards.append(model->name(last).localName(pool));
         QCOMPARE(backwards.join(QLatin1Char(' ')), QStringLiteral("alpha ab a_b Zeta 1"));
+    }
+
+    void aStepToASiblingLooksUpNothingElse() {
+        for (int i = 0; i < 300; ++i)
+            registry->addKey(view + QStringLiteral("/k") + QString::number(i), QString());
+        QCOMPARE(model->childNames(root).size(), 300);
+        QCOMPARE(model->lookUps, 301);
     }
 
     void anEntryOfAnotherKindEndsTheChildren() {
