@@ -89,6 +89,19 @@ void Tree::fill(const QString &directory, const QString &source) {
     }
 }
 
+/// Makes the directories named by a UUID that others have removed from under @p due as they were made at first: with
+/// what their templates hold.
+void Tree::refill(const PendingChanges &due) {
+    for (const auto &[directory, nodes] : due.additions()) {
+        for (QString at = directory; !at.isEmpty(); at = parentOf(at)) {
+            if (isUuid(nameOf(at)) && !find(at)) {
+                pending.make(at, directoryNode());
+                fill(at, templatePath(at));
+            }
+        }
+    }
+}
+
 Status Tree::set(const QString &path, const QString &value) {
     if (!isPath(path) || !value.isValidUtf16()) {
         return WrongKind;
@@ -123,12 +136,13 @@ Status Tree::commit(const QString &path) {
     if (!isPath(path)) {
         return WrongKind;
     }
-    const PendingChanges due = pending.under(path);
-    if (due.isEmpty()) {
+    if (pending.under(path).isEmpty()) {
         return Success;
     }
     const bool hiddenFromAbove = pending.hides(parentOf(path));
     StoredTree::Change change(stored);
+    refill(pending.under(path));
+    const PendingChanges due = pending.under(path);
     for (const QString &removed : due.removals()) {
         change.remove(removed);
     }

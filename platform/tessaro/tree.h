@@ -22,7 +22,8 @@ public:
     Status del(const QString &path);
 
     /// Makes what is pending at and below @p path durable, in one transaction. A pending node whose directories are
-    /// gone meanwhile brings them back, and one of another kind gives way to it: the last commit wins.
+    /// gone meanwhile brings them back, filled from their templates, and one of another kind gives way to it: the last
+    /// commit wins.
     Status commit(const QString &path);
 
     /// Drops what is pending at and below @p path, all of it when it is empty.
@@ -36,6 +37,7 @@ private:
     Listing children(const QString &directory);
     bool isNewAndEmpty(const QString &path);
     void fill(const QString &directory, const QString &source);
+    void refill(const PendingChanges &due);
 
     StoredTree stored;
     PendingChanges pending;
