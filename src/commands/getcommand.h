@@ -9,7 +9,7 @@
 class GetCommand : public ICommand {
 public:
     /// Opens the file, which empties it. Throws Error when that fails, or for a category other than "all".
-    GetCommand(const QString &filePath, const QString &category);
+    GetCommand(const QString &filePath, const QString &wantedCategory);
 
     /// A registry that fails leaves the file empty.
     void execute() override;

@@ -11,7 +11,7 @@ class TessaroClient;
 class SetCommand : public ICommand {
 public:
     /// Opens the file. Throws Error when that fails, or for a category other than "all".
-    SetCommand(const QString &filePath, const QString &category, bool noReboot);
+    SetCommand(const QString &filePath, const QString &wantedCategory, bool suppressReboot);
 
     /// Throws Error; what was not committed by then is rolled back. Committed already may be sessions that the
     /// document adds, sessions and printers that it drops, and what stands before the end of a nested `lumo_config`.

@@ -8,7 +8,7 @@
 constexpr int maximumDepth = 256;
 
 /// Bytes of a document. The engine takes some fifty times the size of a document of small elements.
-constexpr qint64 maximumDocumentSize = 16 * 1024 * 1024;
+constexpr qint64 maximumDocumentSize = qint64(16) * 1024 * 1024;
 
 /// Different names of elements, attributes and processing instructions. An engine's name pool numbers them with twelve
 /// bits, and a query takes up to two hundred for itself.

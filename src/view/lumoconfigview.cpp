@@ -124,12 +124,13 @@ QXmlNodeModelIndex LumoConfigView::sibling(const QXmlNodeModelIndex &origin, con
 
     const auto begin = place.listing->cbegin();
     const auto end = place.listing->cend();
-    if (place.entry == end) // not listed: it counts as standing before the first
+    if (place.entry == end) { // not listed: it counts as standing before the first
         place.entry = delta > 0 ? begin : end;
-    else if (delta < 0 && place.entry == begin)
+    } else if (delta < 0 && place.entry == begin) {
         place.entry = end;
-    else
+    } else {
         std::advance(place.entry, delta);
+    }
     return place.entry == end ? QXmlNodeModelIndex() : nodeAt(place);
 }
 

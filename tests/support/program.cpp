@@ -106,7 +106,8 @@ QString startable(const QString &program, const QString &folder) {
     if (script.open(QIODevice::WriteOnly))
         script.write("#!/bin/sh\nexec " + emulator().join(QLatin1Char(' ')).toLocal8Bit() + " '" +
                      QFile::encodeName(program) + "' \"$@\"\n");
-    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    // by whatever user a test makes itself
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther);
     return script.fileName();
 }
 
