@@ -107,7 +107,8 @@ QString startable(const QString &program, const QString &folder) {
         script.write("#!/bin/sh\nexec " + emulator().join(QLatin1Char(' ')).toLocal8Bit() + " '" +
                      QFile::encodeName(program) + "' \"$@\"\n");
     // by whatever user a test makes itself
-    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther);
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup |
+                          QFile::ReadOther | QFile::ExeOther);
     return script.fileName();
 }
 
