@@ -14,6 +14,7 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
+#include <algorithm>
 
 #include <cerrno>
 #include <cstdio>
@@ -73,9 +74,9 @@ void dump(const Arguments &arguments) {
     Store store(registryFile());
     const SQLite::Transaction oneState = store.read();
     if (!arguments.isEmpty()) {
-        const Listing siblings = store.list(parentOf(directory)).entries;
-        const auto node = siblings.constFind(nameOf(directory));
-        if (!isPath(directory) || node == siblings.constEnd() || node->isKey()) {
+        const Store::Listed above = store.list(parentOf(directory));
+        const auto isIt = [&](const auto &entry) { return entry.first == directory && !entry.second.isKey(); };
+        if (!isPath(directory) || std::none_of(above.entries.cbegin(), above.entries.cend(), isIt)) {
             fail(QStringLiteral("\"%1\": there is no such directory").arg(directory));
         }
     }

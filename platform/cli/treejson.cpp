@@ -92,20 +92,20 @@ QJsonObject parseTree(QByteArray text) {
 
 void writeTree(Store &store, const QString &directory, const QJsonObject &tree) {
     for (auto node = tree.begin(); node != tree.end(); ++node) {
+        const QString path = childOf(directory, node.key());
         const bool isKey = node.value().isString();
-        store.put(directory, node.key(), isKey ? keyNode(node.value().toString()) : directoryNode());
+        store.put(path, isKey ? keyNode(node.value().toString()) : directoryNode());
         if (!isKey) {
-            writeTree(store, childOf(directory, node.key()), node.value().toObject());
+            writeTree(store, path, node.value().toObject());
         }
     }
 }
 
 QJsonObject readTree(Store &store, const QString &directory) {
     QJsonObject tree;
-    const Listing nodes = store.list(directory).entries;
-    for (auto node = nodes.cbegin(); node != nodes.cend(); ++node) {
-        tree.insert(node.key(), node->isKey() ? QJsonValue(node->value)
-                                              : QJsonValue(readTree(store, childOf(directory, node.key()))));
+    const Store::Listed read = store.list(directory);
+    for (const auto &[path, node] : read.entries) {
+        tree.insert(nameOf(path), node.isKey() ? QJsonValue(node.value) : QJsonValue(readTree(store, path)));
     }
     return tree;
 }

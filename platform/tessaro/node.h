@@ -14,6 +14,10 @@ inline bool operator==(const Node &a, const Node &b) {
     return a.kind == b.kind && a.value == b.value;
 }
 
+inline bool operator!=(const Node &a, const Node &b) {
+    return !(a == b);
+}
+
 inline Node directoryNode() {
     return {RegNodeDir, QString()};
 }
@@ -22,5 +26,5 @@ inline Node keyNode(const QString &value) {
     return {RegNodeKey, value};
 }
 
-/// A directory's nodes by name.
-using Listing = QMap<QString, Node>;
+/// The kinds of a directory's nodes by their paths, as a client is handed them.
+using Listing = QMap<QString, _RegNodeType>;

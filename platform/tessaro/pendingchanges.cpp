@@ -1,17 +1,29 @@
 #include "pendingchanges.h"
 
-#include "path.h"
+namespace {
+
+template <typename Paths>
+bool hasUnder(const Paths &paths, const QString &path) {
+    const auto [first, last] = below(paths, path);
+    return first != last || paths.count(path) != 0;
+}
+
+template <typename Paths>
+void eraseUnder(Paths &paths, const QString &path) {
+    const auto [first, last] = below(paths, path);
+    paths.erase(first, last);
+    paths.erase(path);
+}
+
+} // namespace
 
 const Node *PendingChanges::find(const QString &path) const {
-    if (made.empty()) {
+    // changes come in the order of the paths more often than not
+    if (made.empty() || made.crbegin()->first < path) {
         return nullptr;
     }
-    const auto siblings = made.find(parentOf(path));
-    if (siblings == made.end()) {
-        return nullptr;
-    }
-    const auto found = siblings->second.constFind(nameOf(path));
-    return found == siblings->second.constEnd() ? nullptr : &*found;
+    const auto found = made.find(path);
+    return found == made.end() ? nullptr : &found->second;
 }
 
 bool PendingChanges::hides(const QString &path) const {
@@ -26,23 +38,25 @@ bool PendingChanges::hides(const QString &path) const {
     return false;
 }
 
+bool PendingChanges::isAnyUnder(const QString &path) const {
+    return hasUnder(removed, path) || hasUnder(made, path);
+}
+
 void PendingChanges::overlay(const QString &directory, Listing &entries) const {
-    const auto [first, last] = below(removed, directory);
-    for (auto path = first; path != last; ++path) {
-        if (parentOf(*path) == directory) {
-            entries.remove(nameOf(*path));
-        }
+    const auto [firstRemoved, lastRemoved] = below(removed, directory);
+    for (auto path = firstRemoved; path != lastRemoved; ++path) {
+        entries.remove(*path); // nothing where it lies deeper
     }
-    const auto nodes = made.find(directory);
-    if (nodes != made.end()) {
-        for (auto node = nodes->second.cbegin(); node != nodes->second.cend(); ++node) {
-            entries.insert(node.key(), *node);
+    const auto [firstMade, lastMade] = below(made, directory);
+    for (auto node = firstMade; node != lastMade; ++node) {
+        if (parentOf(node->first) == directory) {
+            entries.insert(node->first, node->second.kind);
         }
     }
 }
 
 void PendingChanges::make(const QString &path, const Node &node) {
-    made[parentOf(path)].insert(nameOf(path), node);
+    made.insert_or_assign(made.cend(), path, node);
 }
 
 void PendingChanges::remove(const QString &path) {
@@ -53,40 +67,6 @@ void PendingChanges::remove(const QString &path) {
 }
 
 void PendingChanges::drop(const QString &path) {
-    const auto [firstMade, lastMade] = below(made, path);
-    made.erase(firstMade, lastMade);
-    made.erase(path);
-    dropNode(path);
-    const auto [firstRemoved, lastRemoved] = below(removed, path);
-    removed.erase(firstRemoved, lastRemoved);
-    removed.erase(path);
-}
-
-void PendingChanges::dropNode(const QString &path) {
-    const auto siblings = made.find(parentOf(path));
-    if (siblings != made.end()) {
-        siblings->second.remove(nameOf(path));
-        if (siblings->second.isEmpty()) {
-            made.erase(siblings);
-        }
-    }
-}
-
-PendingChanges PendingChanges::under(const QString &path) const {
-    PendingChanges part;
-    const auto [firstRemoved, lastRemoved] = below(removed, path);
-    part.removed.insert(firstRemoved, lastRemoved);
-    if (removed.count(path) != 0) {
-        part.removed.insert(path);
-    }
-    const auto [firstMade, lastMade] = below(made, path);
-    part.made.insert(firstMade, lastMade);
-    const auto children = made.find(path);
-    if (children != made.end()) {
-        part.made.insert(*children);
-    }
-    if (const Node *const node = find(path)) {
-        part.make(path, *node);
-    }
-    return part;
+    eraseUnder(made, path);
+    eraseUnder(removed, path);
 }

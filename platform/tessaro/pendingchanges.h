@@ -2,7 +2,9 @@
 #pragma once
 
 #include "node.h"
+#include "path.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -10,13 +12,14 @@
 /// Removals come first, so a node made at or below a removed path is there, and alone.
 class PendingChanges {
 public:
-    bool isEmpty() const { return removed.empty() && made.empty(); }
-
-    /// The node made at @p path; null when there is none.
+    /// The node made at @p path; null when there is none. Good until the next change.
     const Node *find(const QString &path) const;
 
     /// Whether what is committed at @p path is removed, by itself or with a directory above it.
     bool hides(const QString &path) const;
+
+    /// Whether anything is pending at @p path or below it.
+    bool isAnyUnder(const QString &path) const;
 
     /// Lays what is pending in @p directory over its committed @p entries.
     void overlay(const QString &directory, Listing &entries) const;
@@ -30,17 +33,32 @@ public:
     void drop(const QString &path);
 
     /// Forgets that the directory at @p path was made; what is pending in it stays.
-    void dropNode(const QString &path);
+    void dropNode(const QString &path) { made.erase(path); }
 
-    /// What is pending at @p path and below it.
-    PendingChanges under(const QString &path) const;
+    /// Calls @p visit with the path of each removal at @p path or below it.
+    template <typename Visit>
+    void eachRemoval(const QString &path, Visit visit) const {
+        eachUnder(removed, path, visit);
+    }
 
-    const std::set<QString> &removals() const { return removed; }
-
-    /// The nodes made, by directory; a directory precedes those in it.
-    const std::map<QString, Listing> &additions() const { return made; }
+    /// Calls @p visit with path and node of each that was made at @p path or below it; a directory precedes what is in
+    /// it.
+    template <typename Visit>
+    void eachMade(const QString &path, Visit visit) const {
+        eachUnder(made, path, [&visit](const auto &entry) { visit(entry.first, entry.second); });
+    }
 
 private:
+    template <typename Paths, typename Visit>
+    static void eachUnder(const Paths &paths, const QString &path, Visit visit) {
+        const auto self = paths.find(path);
+        if (self != paths.end()) {
+            visit(*self);
+        }
+        const auto [first, last] = below(paths, path);
+        std::for_each(first, last, visit);
+    }
+
     std::set<QString> removed; ///< none of them lies below another
-    std::map<QString, Listing> made;
+    std::map<QString, Node> made;
 };

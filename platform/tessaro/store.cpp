@@ -60,22 +60,23 @@ Store::Stamp Store::stamp() const {
     return qFromBigEndian(bigEndian);
 }
 
-Store::Directory Store::list(const QString &directory) {
+Store::Listed Store::list(const QString &directory) {
     const auto done = qScopeGuard([this] { lister.tryReset(); });
     lister.bind(1, directory.toStdString());
-    Listing entries;
-    while (lister.executeStep() && !lister.getColumn(0).isNull()) {
-        const SQLite::Column value = lister.getColumn(1);
-        entries.insert(entries.cend(), text(lister.getColumn(0)),
-                       value.isNull() ? directoryNode() : keyNode(text(value)));
+    const QString prefix = childOf(directory, QString());
+    Listed read;
+    while (lister.executeStep() && !lister.isColumnNull(0)) {
+        const QString path = prefix + text(lister.getColumn(0));
+        read.entries.emplace_back(path, lister.isColumnNull(1) ? directoryNode() : keyNode(text(lister.getColumn(1))));
     }
-    return {entries, stamp()};
+    read.stamp = stamp();
+    return read;
 }
 
-void Store::put(const QString &directory, const QString &name, const Node &node) {
+void Store::put(const QString &path, const Node &node) {
     const auto done = qScopeGuard([this] { putter.tryReset(); });
-    putter.bind(1, directory.toStdString());
-    putter.bind(2, name.toStdString());
+    putter.bind(1, parentOf(path).toStdString());
+    putter.bind(2, nameOf(path).toStdString());
     if (node.isKey()) {
         putter.bind(3, node.value.toStdString());
     } else {

@@ -7,7 +7,7 @@
 ///     root/view                  | title | Hello (a key's text)
 #pragma once
 
-#include "node.h"
+#include "directory.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 struct sqlite3_file;
 
@@ -25,8 +26,8 @@ public:
     /// Counts the commits that changed the file, whoever made them.
     using Stamp = std::uint32_t;
 
-    struct Directory {
-        Listing entries;
+    struct Listed {
+        std::vector<Directory::Entry> entries;
         Stamp stamp; ///< of the state that was read
     };
 
@@ -40,9 +41,9 @@ public:
     Stamp stamp() const;
 
     /// The nodes of @p directory with the keys' texts; none where there is no such directory.
-    Directory list(const QString &directory);
+    Listed list(const QString &directory);
 
-    void put(const QString &directory, const QString &name, const Node &node);
+    void put(const QString &path, const Node &node);
 
     /// Removes the node at @p path and all below it.
     void remove(const QString &path);

@@ -2,34 +2,66 @@
 
 #include "path.h"
 
-std::optional<Node> StoredTree::find(const QString &path) {
-    const Listing &siblings = entries(parentOf(path));
-    const auto found = siblings.constFind(nameOf(path));
-    return found == siblings.constEnd() ? std::nullopt : std::make_optional(*found);
-}
-
-Listing &StoredTree::entries(const QString &directory) {
+const Node *StoredTree::find(const QString &path) {
     if (!changing) {
         dropOutdated();
     }
-    const auto known = cached.find(directory);
-    if (known != cached.end()) {
-        return known->second;
+    return known(path);
+}
+
+const Node *StoredTree::findAgain(const QString &path) {
+    const Node *const node = isCurrent(path) ? current->second.findAgain(path) : nullptr;
+    return node ? node : find(path);
+}
+
+Listing StoredTree::children(const QString &directoryPath) {
+    if (!changing) {
+        dropOutdated();
     }
-    const Store::Directory read = store.list(directory);
-    if (!changing && read.stamp != stamp) {
-        cached.clear();
-        stamp = read.stamp;
+    return directory(directoryPath).listing();
+}
+
+const Node *StoredTree::known(const QString &path) {
+    if (!isCurrent(path)) {
+        if (!isPath(path)) {
+            return nullptr;
+        }
+        directory(parentOf(path));
     }
-    return cached.emplace(directory, read.entries).first->second;
+    return current->second.find(path);
+}
+
+/// The directory at @p path, which is the current one from here on.
+Directory &StoredTree::directory(const QString &path) {
+    auto listed = directories.find(path);
+    if (listed == directories.end()) {
+        Store::Listed read = store.list(path);
+        if (!changing && read.stamp != stamp) {
+            clear();
+            stamp = read.stamp;
+        }
+        listed = directories.emplace(path, Directory(std::move(read.entries))).first;
+    }
+    current = &*listed;
+    return current->second;
+}
+
+/// Whether @p path would lie in the current directory.
+bool StoredTree::isCurrent(const QString &path) const {
+    return current && path.lastIndexOf(QLatin1Char('/')) == current->first.size() && path.startsWith(current->first);
 }
 
 void StoredTree::dropOutdated() {
     const Store::Stamp now = store.stamp();
     if (now != stamp) {
-        cached.clear();
+        clear();
         stamp = now;
     }
+}
+
+void StoredTree::clear() {
+    directories.clear();
+    current = nullptr;
 }
 
 StoredTree::Change::Change(StoredTree &changed) : tree(changed), transaction(changed.store.write()) {
@@ -39,56 +71,39 @@ StoredTree::Change::Change(StoredTree &changed) : tree(changed), transaction(cha
 
 StoredTree::Change::~Change() {
     if (tree.changing) {
-        tree.cached.clear();
+        tree.clear();
         tree.changing = false;
     }
 }
 
 void StoredTree::Change::remove(const QString &path) {
     tree.store.remove(path);
+    tree.clear();
+    present.clear();
     wrote = true;
-    const QString within = path + QLatin1Char('/');
-    for (auto directory = tree.cached.begin(); directory != tree.cached.end();) {
-        const bool isGone = directory->first == path || directory->first.startsWith(within);
-        directory = isGone ? tree.cached.erase(directory) : std::next(directory);
-    }
-    const auto siblings = tree.cached.find(parentOf(path));
-    if (siblings != tree.cached.end()) {
-        siblings->second.remove(nameOf(path));
-    }
 }
 
-void StoredTree::Change::put(const QString &directory, const Listing &nodes) {
-    makeDirectory(directory);
-    for (auto node = nodes.cbegin(); node != nodes.cend(); ++node) {
-        put(directory, node.key(), *node);
-    }
-}
-
-void StoredTree::Change::put(const QString &directory, const QString &name, const Node &node) {
-    Listing &present = tree.entries(directory);
-    const auto old = present.constFind(name);
-    if (old != present.constEnd()) {
-        if (*old == node) {
-            return;
+void StoredTree::Change::put(const QString &path, const Node &node) {
+    const QString above = parentOf(path);
+    if (above != present) {
+        const Node *const parent = tree.known(above);
+        if (!above.isEmpty() && (!parent || parent->isKey())) {
+            put(above, directoryNode());
         }
-        if (node.isKey() && !old->isKey()) {
-            remove(childOf(directory, name));
-        }
+        present = above;
     }
-    tree.store.put(directory, name, node);
-    wrote = true;
-    present.insert(name, node);
-}
-
-void StoredTree::Change::makeDirectory(const QString &path) {
-    if (path.isEmpty()) {
+    const Node *const old = tree.known(path);
+    if (old && *old == node) {
         return;
     }
-    const std::optional<Node> present = tree.find(path);
-    if (!present || present->isKey()) {
-        makeDirectory(parentOf(path));
-        put(parentOf(path), nameOf(path), directoryNode());
+    if (old && node.isKey() && !old->isKey()) {
+        remove(path);
+    }
+    tree.store.put(path, node);
+    wrote = true;
+    const auto siblings = tree.directories.find(above);
+    if (siblings != tree.directories.end()) {
+        siblings->second.put(path, node);
     }
 }
 

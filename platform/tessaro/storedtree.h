@@ -3,7 +3,6 @@
 
 #include "store.h"
 
-#include <optional>
 #include <unordered_map>
 
 /// Keeps every directory that was listed, with its keys' texts, for as long as the file bears the stamp it was read
@@ -12,10 +11,14 @@ class StoredTree {
 public:
     explicit StoredTree(const std::string &file) : store(file) {}
 
-    std::optional<Node> find(const QString &path);
+    /// The node at @p path; null when there is none, or no such path can be. Good until the next call.
+    const Node *find(const QString &path);
+
+    /// The same, but when the call before found this very node, nobody looks for another's commit meanwhile.
+    const Node *findAgain(const QString &path);
 
     /// The nodes of @p directory; none where there is no such directory.
-    Listing children(const QString &directory) { return entries(directory); }
+    Listing children(const QString &directory);
 
     /// A change of the tree, all or nothing: undone when it is destroyed without having been committed.
     class Change {
@@ -28,26 +31,28 @@ public:
         /// Removes the node at @p path and all below it.
         void remove(const QString &path);
 
-        /// Puts @p nodes into @p directory, which is made when it is missing; writes only what differs.
-        void put(const QString &directory, const Listing &nodes);
+        /// Puts @p node at @p path, and directories above it where they are missing; writes only what differs.
+        void put(const QString &path, const Node &node);
 
         void commit();
 
     private:
-        void put(const QString &directory, const QString &name, const Node &node);
-        void makeDirectory(const QString &path);
-
         StoredTree &tree;
         SQLite::Transaction transaction;
+        QString present; ///< a directory that is there: most often the next node is put into it too
         bool wrote = false;
     };
 
 private:
-    Listing &entries(const QString &directory);
+    const Node *known(const QString &path);
+    Directory &directory(const QString &path);
+    bool isCurrent(const QString &path) const;
     void dropOutdated();
+    void clear();
 
     Store store;
-    std::unordered_map<QString, Listing> cached; ///< true while the file bears `stamp`
+    std::unordered_map<QString, Directory> directories;     ///< true while the file bears `stamp`
+    std::pair<const QString, Directory> *current = nullptr; ///< the one that the last call was about
     Store::Stamp stamp = 0;
-    bool changing = false; ///< a `Change` keeps `cached` in step with what it writes, and everybody else out
+    bool changing = false; ///< a `Change` keeps the directories in step with what it writes, and everybody else out
 };

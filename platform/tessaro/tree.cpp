@@ -5,20 +5,23 @@
 
 #include <QtCore/QStringList>
 
+namespace {
+
+/// Of a path at which no node was found.
+Status absent(const QString &path) {
+    return isPath(path) ? NotFound : WrongKind;
+}
+
+} // namespace
+
 Status Tree::contains(const QString &path) {
-    if (!isPath(path)) {
-        return WrongKind;
-    }
-    return find(path) ? Success : NotFound;
+    return find(path) ? Success : absent(path);
 }
 
 Status Tree::get(const QString &path, QString &value) {
-    if (!isPath(path)) {
-        return WrongKind;
-    }
-    const std::optional<Node> node = find(path);
+    const Node *const node = find(path);
     if (!node) {
-        return NotFound;
+        return absent(path);
     }
     if (!node->isKey()) {
         return WrongKind;
@@ -27,21 +30,15 @@ Status Tree::get(const QString &path, QString &value) {
     return Success;
 }
 
-Status Tree::list(const QString &path, QMap<QString, _RegNodeType> &entries) {
-    if (!isPath(path)) {
-        return WrongKind;
-    }
-    const std::optional<Node> node = find(path);
+Status Tree::list(const QString &path, Listing &entries) {
+    const Node *const node = find(path);
     if (!node) {
-        return NotFound;
+        return absent(path);
     }
     if (node->isKey()) {
         entries.insert(node->value, RegNodeValue);
-        return Success;
-    }
-    const Listing nodes = children(path);
-    for (auto child = nodes.cbegin(); child != nodes.cend(); ++child) {
-        entries.insert(entries.cend(), childOf(path, child.key()), child->kind);
+    } else {
+        entries = children(path);
     }
     return Success;
 }
@@ -51,7 +48,7 @@ Status Tree::create(const QString &path) {
         return WrongKind;
     }
     QStringList missing;
-    std::optional<Node> above;
+    const Node *above = nullptr;
     for (QString at = path; !at.isEmpty() && !above; at = parentOf(at)) {
         above = find(at);
         if (!above) {
@@ -73,44 +70,54 @@ Status Tree::create(const QString &path) {
 }
 
 void Tree::fill(const QString &directory, const QString &source) {
-    const Listing present = children(directory);
     const Listing defaults = children(source);
-    for (auto node = defaults.cbegin(); node != defaults.cend(); ++node) {
-        if (node.key() == uuidPlaceholder) {
-            continue; // a template of its own
+    for (auto entry = defaults.cbegin(); entry != defaults.cend(); ++entry) {
+        const QString name = nameOf(entry.key());
+        const Node *const found = find(entry.key());
+        if (name == uuidPlaceholder || !found) {
+            continue; // a template of its own, or gone meanwhile
         }
-        const QString path = childOf(directory, node.key());
-        if (!present.contains(node.key())) {
-            pending.make(path, *node);
+        const Node node = *found;
+        const QString path = childOf(directory, name);
+        if (!find(path)) {
+            pending.make(path, node);
         }
-        if (!node->isKey()) {
-            fill(path, childOf(source, node.key()));
+        if (!node.isKey()) {
+            fill(path, entry.key());
         }
     }
 }
 
-/// Makes the directories named by a UUID that others have removed from under @p due as they were made at first: with
-/// what their templates hold.
-void Tree::refill(const PendingChanges &due) {
-    for (const auto &[directory, nodes] : due.additions()) {
-        for (QString at = directory; !at.isEmpty(); at = parentOf(at)) {
-            if (isUuid(nameOf(at)) && !find(at)) {
-                pending.make(at, directoryNode());
-                fill(at, templatePath(at));
-            }
+/// Makes the directories named by a UUID that others have removed, and in which something is pending at or below
+/// @p path, as they were made at first: with what their templates hold.
+void Tree::refill(const QString &path) {
+    std::set<QString> directories;
+    pending.eachMade(path, [&](const QString &made, const Node & /*node*/) {
+        QString at = parentOf(made);
+        while (!at.isEmpty() && directories.insert(at).second) {
+            at = parentOf(at);
+        }
+    });
+    for (const QString &directory : directories) {
+        if (isUuid(nameOf(directory)) && !find(directory)) {
+            pending.make(directory, directoryNode());
+            fill(directory, templatePath(directory));
         }
     }
 }
 
 Status Tree::set(const QString &path, const QString &value) {
-    if (!isPath(path) || !value.isValidUtf16()) {
+    if (!value.isValidUtf16()) {
         return WrongKind;
     }
-    const std::optional<Node> node = find(path);
+    const Node *const node = find(path, &StoredTree::findAgain);
     if (!node) {
+        if (!isPath(path)) {
+            return WrongKind;
+        }
         const QString directory = parentOf(path);
-        const std::optional<Node> above = directory.isEmpty() ? directoryNode() : find(directory);
-        if (!above || above->isKey()) {
+        const Node *const above = find(directory);
+        if (!directory.isEmpty() && (!above || above->isKey())) {
             return NotFound;
         }
     } else if (!node->isKey() && !isNewAndEmpty(path)) {
@@ -136,31 +143,28 @@ Status Tree::commit(const QString &path) {
     if (!isPath(path)) {
         return WrongKind;
     }
-    if (pending.under(path).isEmpty()) {
+    if (!pending.isAnyUnder(path)) {
         return Success;
     }
     const bool hiddenFromAbove = pending.hides(parentOf(path));
     StoredTree::Change change(stored);
-    refill(pending.under(path));
-    const PendingChanges due = pending.under(path);
-    for (const QString &removed : due.removals()) {
-        change.remove(removed);
-    }
+    refill(path);
+    pending.eachRemoval(path, [&](const QString &removed) { change.remove(removed); });
     if (hiddenFromAbove) {
         change.remove(path);
     }
-    for (const auto &[directory, nodes] : due.additions()) {
-        change.put(directory, nodes);
-    }
+    bool anyMade = false;
+    pending.eachMade(path, [&](const QString &made, const Node &node) {
+        change.put(made, node);
+        anyMade = true;
+    });
     change.commit();
     if (hiddenFromAbove) {
         return Success; // the removal above is still to come, and all this is to outlive it
     }
     pending.drop(path);
-    if (!due.additions().empty()) {
-        for (QString at = parentOf(path); !at.isEmpty(); at = parentOf(at)) {
-            pending.dropNode(at); // made with the path
-        }
+    for (QString at = parentOf(path); anyMade && !at.isEmpty(); at = parentOf(at)) {
+        pending.dropNode(at); // made with the path
     }
     return Success;
 }
@@ -178,19 +182,19 @@ Status Tree::rollback(const QString &path) {
 }
 
 bool Tree::isCommitted(const QString &path, const QString &value) {
-    const std::optional<Node> node = isPath(path) ? stored.find(path) : std::nullopt;
-    return node == keyNode(value);
+    const Node *const node = stored.find(path);
+    return node && *node == keyNode(value);
 }
 
-std::optional<Node> Tree::find(const QString &path) {
+const Node *Tree::find(const QString &path, Search committed) {
     if (const Node *const made = pending.find(path)) {
-        return *made;
+        return made;
     }
-    return pending.hides(path) ? std::nullopt : stored.find(path);
+    return pending.hides(path) ? nullptr : (stored.*committed)(path);
 }
 
 Listing Tree::children(const QString &directory) {
-    Listing nodes = pending.hides(directory) ? Listing() : stored.children(directory);
-    pending.overlay(directory, nodes);
-    return nodes;
+    Listing entries = pending.hides(directory) ? Listing() : stored.children(directory);
+    pending.overlay(directory, entries);
+    return entries;
 }

@@ -15,7 +15,7 @@ public:
     Status get(const QString &path, QString &value);
 
     /// A directory's nodes by path, or a key's text as the one entry.
-    Status list(const QString &path, QMap<QString, _RegNodeType> &entries);
+    Status list(const QString &path, Listing &entries);
 
     Status create(const QString &path);
     Status set(const QString &path, const QString &value);
@@ -33,11 +33,12 @@ public:
     bool isCommitted(const QString &path, const QString &value);
 
 private:
-    std::optional<Node> find(const QString &path);
+    using Search = const Node *(StoredTree::*)(const QString &path);
+    const Node *find(const QString &path, Search committed = &StoredTree::find);
     Listing children(const QString &directory);
     bool isNewAndEmpty(const QString &path);
     void fill(const QString &directory, const QString &source);
-    void refill(const PendingChanges &due);
+    void refill(const QString &path);
 
     StoredTree stored;
     PendingChanges pending;

@@ -1,0 +1,51 @@
+#include "directory.h"
+
+#include <algorithm>
+
+namespace {
+
+bool precedes(const Directory::Entry &entry, const QString &path) {
+    return entry.first < path;
+}
+
+} // namespace
+
+Directory::Directory(std::vector<Entry> read) : entries(std::move(read)) {
+    const auto byPath = [](const Entry &a, const Entry &b) { return a.first < b.first; };
+    if (!std::is_sorted(entries.cbegin(), entries.cend(), byPath)) { // UTF-8 and UTF-16 have orders of their own
+        std::sort(entries.begin(), entries.end(), byPath);
+    }
+}
+
+const Node *Directory::find(const QString &path) {
+    if (next < entries.size() && entries[next].first == path) {
+        return &entries[next++].second;
+    }
+    const auto place = std::lower_bound(entries.cbegin(), entries.cend(), path, precedes);
+    if (place == entries.cend() || place->first != path) {
+        return nullptr;
+    }
+    next = static_cast<std::size_t>(place - entries.cbegin()) + 1;
+    return &place->second;
+}
+
+const Node *Directory::findAgain(const QString &path) const {
+    return next > 0 && entries[next - 1].first == path ? &entries[next - 1].second : nullptr;
+}
+
+Listing Directory::listing() const {
+    Listing kinds;
+    for (const auto &[path, node] : entries) {
+        kinds.insert(kinds.cend(), path, node.kind);
+    }
+    return kinds;
+}
+
+void Directory::put(const QString &path, const Node &node) {
+    const auto place = std::lower_bound(entries.begin(), entries.end(), path, precedes);
+    if (place != entries.end() && place->first == path) {
+        place->second = node;
+    } else {
+        entries.emplace(place, path, node);
+    }
+}

@@ -1,0 +1,31 @@
+/// The nodes of one directory.
+#pragma once
+
+#include "node.h"
+
+#include <utility>
+#include <vector>
+
+/// Kept in the order of their paths, in which they are mostly asked for as well: the node behind the one found last is
+/// at hand, any other is searched for.
+class Directory {
+public:
+    using Entry = std::pair<QString, Node>; ///< with its path
+
+    /// From entries in any order.
+    explicit Directory(std::vector<Entry> read);
+
+    /// The node at @p path; null when it is not here. Good until the next change.
+    const Node *find(const QString &path);
+
+    /// The node at @p path, if it is the one found last.
+    const Node *findAgain(const QString &path) const;
+
+    Listing listing() const;
+
+    void put(const QString &path, const Node &node);
+
+private:
+    std::vector<Entry> entries;
+    std::size_t next = 0; ///< behind the one found last
+};
