@@ -2,14 +2,7 @@
 
 #include "engine/names.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QStringList>
-
-/// A document and the names in it.
-struct NamedDocument {
-    QByteArray text;
-    Names names;
-};
 
 /// The names of the top-level sections of @p wanted that are not so in @p current, in document order, one for each
 /// such section. Throws Error when a document cannot be loaded or the engine cannot hold the names of both.

@@ -19,7 +19,7 @@ void require(bool succeeded) {
 }
 
 /// The registry view as XML. Every registry read of an export happens here.
-QByteArray serialisedView() {
+NamedDocument serialisedView() {
     QXmlNamePool namePool;
     LumoConfigView view(namePool);
     QXmlQuery query(namePool);
@@ -32,20 +32,20 @@ QByteArray serialisedView() {
     buffer.open(QIODevice::ReadWrite);
     QXmlFormatter formatter(query, &buffer);
     require(query.evaluateTo(&formatter));
-    return document;
+    return {document, view.names()};
 }
 
 /// Appends the configuration document that @p view becomes to what @p output holds.
-void appendConfiguration(const QByteArray &view, QBuffer &output) {
+void appendConfiguration(const NamedDocument &view, QBuffer &output) {
     QXmlNamePool namePool;
     QXmlQuery stylesheet(QXmlQuery::XSLT20, namePool);
     QBuffer input;
-    input.setData(view);
+    input.setData(view.text);
     input.open(QIODevice::ReadOnly);
     require(stylesheet.setFocus(&input));
     stylesheet.setQuery(QUrl(QStringLiteral("qrc:/queries/toLumoConfigFormat.xsl")), QUrl());
     require(stylesheet.isValid());
-    reserveNames(namePool, namesOfView(view));
+    reserveNames(namePool, view.names);
 
     QXmlFormatter formatter(stylesheet, &output);
     require(stylesheet.evaluateTo(&formatter));
@@ -65,7 +65,7 @@ void GetCommand::execute() {
 }
 
 void GetCommand::exportConfig(QIODevice *output) {
-    const QByteArray view = serialisedView();
+    const NamedDocument view = serialisedView();
 
     QByteArray document("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n");
     QBuffer buffer(&document);

@@ -21,7 +21,7 @@ NamedDocument currentSettings() {
     QBuffer buffer;
     buffer.open(QIODevice::ReadWrite);
     GetCommand::exportConfig(&buffer);
-    return {buffer.data(), namesOfView(buffer.data())};
+    return {buffer.data(), namesOfSettings(buffer.data())};
 }
 
 void requireSupportedReferences(const QString &text) {

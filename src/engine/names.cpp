@@ -33,7 +33,7 @@ void reserveNames(const QXmlNamePool &pool, const Names &names) {
         throw Error(tooManyNames());
 }
 
-Names namesOfView(const QByteArray &document) {
+Names namesOfSettings(const QByteArray &document) {
     const std::string_view text(document.constData(), static_cast<std::size_t>(document.size()));
     std::unordered_set<std::string_view> found;
     for (auto at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {

@@ -15,6 +15,12 @@ struct Names {
     QSet<QString> namespaceUris;
 };
 
+/// A document and the names in it.
+struct NamedDocument {
+    QByteArray text;
+    Names names;
+};
+
 /// The names of two documents in one pool.
 Names united(const Names &first, const Names &second);
 
@@ -27,5 +33,5 @@ std::optional<QXmlName> makeName(QXmlNamePool pool, const QString &local, const 
 /// there. Throws Error when they are too many or the pool cannot hold them.
 void reserveNames(const QXmlNamePool &pool, const Names &names);
 
-/// The names in a document that the engine wrote itself from a registry view: nothing but elements and text.
-Names namesOfView(const QByteArray &document);
+/// The names in a document that the engine wrote itself from the settings: nothing but elements and text.
+Names namesOfSettings(const QByteArray &document);

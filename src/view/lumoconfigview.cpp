@@ -11,12 +11,30 @@
 
 #include <iterator>
 
+namespace {
+
+/// What an entry is called in XML, where a name cannot hold braces.
+QString elementName(const QString &entry) {
+    if (QUuid(entry).isNull())
+        return entry;
+    return QStringLiteral("uuid-") + QString(entry).remove(QLatin1Char('{')).remove(QLatin1Char('}'));
+}
+
+} // namespace
+
 LumoConfigView::LumoConfigView(const QXmlNamePool &namePool) : QSimpleXmlNodeModel(namePool) {}
 
 LumoConfigView::~LumoConfigView() = default;
 
 QXmlNodeModelIndex LumoConfigView::indexForKey(const QString &key) {
     return nodeFor(key, DirectoryElement);
+}
+
+Names LumoConfigView::names() const {
+    Names all;
+    for (const QXmlName &name : elementNames)
+        all.local.insert(name.localName(namePool()));
+    return all;
 }
 
 QUrl LumoConfigView::documentUri(const QXmlNodeModelIndex & /*node*/) const {
@@ -37,15 +55,14 @@ QXmlNodeModelIndex LumoConfigView::root(const QXmlNodeModelIndex & /*node*/) con
 }
 
 QXmlName LumoConfigView::name(const QXmlNodeModelIndex &node) const {
-    QString local = keyOf(node).name();
-    if (!QUuid(local).isNull()) {
-        local.remove(QLatin1Char('{')).remove(QLatin1Char('}'));
-        local.prepend(QLatin1String("uuid-"));
-    }
-    const auto made = makeName(namePool(), local);
+    const QString entry = keyOf(node).name();
+    const auto known = elementNames.constFind(entry);
+    if (known != elementNames.constEnd())
+        return *known;
+    const auto made = makeName(namePool(), elementName(entry));
     if (!made)
         throw Error(tooManyNames());
-    return *made;
+    return *elementNames.insert(entry, *made);
 }
 
 QString LumoConfigView::stringValue(const QXmlNodeModelIndex &node) const {
@@ -86,12 +103,9 @@ const ViewKey &LumoConfigView::keyOf(const QXmlNodeModelIndex &node) const {
 }
 
 QXmlNodeModelIndex LumoConfigView::nodeFor(const ViewKey &key, int code) const {
-    int number = index.numberOf(key);
-    if (number < 0) {
-        number = keys.size();
+    const int number = index.numberOf(key);
+    if (number == keys.size())
         keys.append(key);
-        index.append(key);
-    }
     return createIndex(static_cast<qint64>(number), code);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/names.h"
 #include "registry/childrencache.h"
 #include "registry/viewkey.h"
 #include "view/nodeindex.h"
@@ -31,6 +32,9 @@ public:
     /// The element of the directory at @p key; reads nothing.
     QXmlNodeModelIndex indexForKey(const QString &key);
 
+    /// The names of the elements that the engine has met.
+    Names names() const;
+
     QUrl documentUri(const QXmlNodeModelIndex &node) const override;
     QXmlNodeModelIndex::NodeKind kind(const QXmlNodeModelIndex &node) const override;
     QXmlNodeModelIndex::DocumentOrder compareOrder(const QXmlNodeModelIndex &first,
@@ -58,4 +62,5 @@ private:
     mutable QVector<ViewKey> keys;
     mutable ChildrenCache childrenCache;
     mutable NodeIndex index;
+    mutable QHash<QString, QXmlName> elementNames; // by the names of the entries
 };

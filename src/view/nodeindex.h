@@ -15,18 +15,20 @@ public:
         Children::const_iterator entry;
     };
 
-    /// The number of @p key, or -1.
-    int numberOf(const QString &key) const { return numbers.value(key, -1); }
-
-    void append(const QString &key) {
-        numbers.insert(key, places.size());
-        places.append(Place());
+    /// The number of @p key. A key that has none yet gets the next.
+    int numberOf(const QString &key) {
+        int &count = numbers[key];
+        if (count == 0) {
+            places.append(Place());
+            count = places.size();
+        }
+        return count - 1;
     }
 
     const Place &place(int number) const { return places.at(number); }
     void setPlace(int number, const Place &place) { places[number] = place; }
 
 private:
-    QHash<QString, int> numbers;
+    QHash<QString, int> numbers; // plus 1
     QVector<Place> places;
 };
