@@ -18,8 +18,8 @@ Directory::Directory(std::vector<Entry> read) : entries(std::move(read)) {
 }
 
 const Node *Directory::find(const QString &path) {
-    if (next < entries.size() && entries[next].first == path) {
-        return &entries[next++].second;
+    if (const Node *const node = findNext(path)) {
+        return node;
     }
     const auto place = std::lower_bound(entries.cbegin(), entries.cend(), path, precedes);
     if (place == entries.cend() || place->first != path) {
@@ -29,15 +29,20 @@ const Node *Directory::find(const QString &path) {
     return &place->second;
 }
 
+const Node *Directory::findNext(const QString &path) {
+    return next < entries.size() && entries[next].first == path ? &entries[next++].second : nullptr;
+}
+
 const Node *Directory::findAgain(const QString &path) const {
     return next > 0 && entries[next - 1].first == path ? &entries[next - 1].second : nullptr;
 }
 
-Listing Directory::listing() const {
+Listing Directory::startWalk() {
     Listing kinds;
     for (const auto &[path, node] : entries) {
         kinds.insert(kinds.cend(), path, node.kind);
     }
+    next = 0;
     return kinds;
 }
 

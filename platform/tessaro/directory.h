@@ -21,7 +21,11 @@ public:
     /// The node at @p path, if it is the one found last.
     const Node *findAgain(const QString &path) const;
 
-    Listing listing() const;
+    /// The node at @p path, if it is the one behind the one found last.
+    const Node *findNext(const QString &path);
+
+    /// All nodes, of which the first is the next.
+    Listing startWalk();
 
     void put(const QString &path, const Node &node);
 

@@ -3,6 +3,7 @@
 #include "path.h"
 
 const Node *StoredTree::find(const QString &path) {
+    walking = false;
     if (!changing) {
         dropOutdated();
     }
@@ -14,11 +15,17 @@ const Node *StoredTree::findAgain(const QString &path) {
     return node ? node : find(path);
 }
 
+const Node *StoredTree::findListed(const QString &path) {
+    const Node *const node = walking && isCurrent(path) ? current->second.findNext(path) : nullptr;
+    return node ? node : find(path);
+}
+
 Listing StoredTree::children(const QString &directoryPath) {
     if (!changing) {
         dropOutdated();
     }
-    return directory(directoryPath).listing();
+    walking = true;
+    return directory(directoryPath).startWalk();
 }
 
 const Node *StoredTree::known(const QString &path) {

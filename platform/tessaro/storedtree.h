@@ -17,6 +17,10 @@ public:
     /// The same, but when the call before found this very node, nobody looks for another's commit meanwhile.
     const Node *findAgain(const QString &path);
 
+    /// The same, but when this goes on from the calls before, in which a directory was listed and its nodes looked up
+    /// in turn, the next one comes from that listing. So a directory that is walked through is shown as of one moment.
+    const Node *findListed(const QString &path);
+
     /// The nodes of @p directory; none where there is no such directory.
     Listing children(const QString &directory);
 
@@ -53,6 +57,7 @@ private:
     Store store;
     std::unordered_map<QString, Directory> directories;     ///< true while the file bears `stamp`
     std::pair<const QString, Directory> *current = nullptr; ///< the one that the last call was about
+    bool walking = false;                                   ///< through the current one, since it was listed
     Store::Stamp stamp = 0;
     bool changing = false; ///< a `Change` keeps the directories in step with what it writes, and everybody else out
 };

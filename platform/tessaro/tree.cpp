@@ -31,7 +31,7 @@ Status Tree::get(const QString &path, QString &value) {
 }
 
 Status Tree::list(const QString &path, Listing &entries) {
-    const Node *const node = find(path);
+    const Node *const node = find(path, &StoredTree::findListed);
     if (!node) {
         return absent(path);
     }
