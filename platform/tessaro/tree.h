@@ -14,7 +14,8 @@ public:
     Status contains(const QString &path);
     Status get(const QString &path, QString &value);
 
-    /// A directory's nodes by path, or a key's text as the one entry.
+    /// A directory's nodes by path, or a key's text as the one entry. Who lists a directory and then its nodes, one
+    /// after the other in their order, sees all of it as it was at the first of these calls.
     Status list(const QString &path, Listing &entries);
 
     Status create(const QString &path);

@@ -22,6 +22,7 @@ QString answer(TessaroClient &client, const QString &operation, const QString &p
         {QStringLiteral("set"), [&] { return client.set(path, value, RegParamValue); }},
         {QStringLiteral("del"), [&] { return client.del(path); }},
         {QStringLiteral("commit"), [&] { return client.commit(path); }},
+        {QStringLiteral("apply"), [&] { return client.requestApply(value, path); }},
         {QStringLiteral("rollback"), [&] { return client.rollback(path); }}};
     QStringList words = {QString::number(operations[operation]())};
     if (!text.isNull())
@@ -46,11 +47,7 @@ class ClientRulesTest : public QObject {
 private Q_SLOTS:
     void initTestCase() { qputenv("TESSARO_REGISTRY", device.environment["TESSARO_REGISTRY"]); }
 
-    void clientsFollowTheRules_data() {
-        QTest::addColumn<Story>("story");
-        for (const Story &story : storiesOf(QStringLiteral(STORIES "/rules.txt")))
-            QTest::newRow(qUtf8Printable(story.name)) << story;
-    }
+    void clientsFollowTheRules_data() { addStories(QStringLiteral(STORIES "/rules.txt")); }
 
     void clientsFollowTheRules() {
         QFETCH(const Story, story);

@@ -6,40 +6,43 @@
 
 namespace {
 
-const QString tool_ = QStringLiteral(TOOL_PROGRAM);
-const QString tessaro_ = QStringLiteral(TESSARO_PROGRAM);
 const QString postActionFile = QStringLiteral("/tmp/last-apply-command");
-
-void requireHarmlessReboot() {
-    if (QStandardPaths::findExecutable(QStringLiteral("reboot")) != QLatin1String(TEST_PROGRAMS "/reboot"))
-        qFatal("the search path must begin with %s", TEST_PROGRAMS);
-}
 
 } // namespace
 
-QByteArray contentsOf(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+Device::Device(const QString &json) {
+    if (QStandardPaths::findExecutable(QStringLiteral("reboot")) != QLatin1String(TEST_PROGRAMS "/reboot"))
+        qFatal("the search path must begin with %s", TEST_PROGRAMS);
+    qunsetenv("DISPLAY");
+    for (const char *const name : {"bin", "hooks", "tmp"})
+        QDir(folder.path()).mkdir(QLatin1String(name));
+    for (const char *const program : {TOOL_PROGRAM, TESSARO_PROGRAM, APPLY_PROGRAM})
+        addProgram(QFile::decodeName(program));
+    const QByteArray here = QFile::encodeName(folder.path());
+    environment = {{"PATH", TEST_PROGRAMS ":" + here + "/bin:" + qgetenv("PATH")},
+                   {"TESSARO_REGISTRY", here + "/registry.db"},
+                   {"TESSARO_APPLY_DIR", here + "/hooks"},
+                   {"TESSARO_APPLY_SERVICE", here + "/bin/tessaro-apply"},
+                   {"TMPDIR", here + "/tmp"}};
+    load(contentsOf(json));
 }
 
-Device::Device(const QString &json) {
-    requireHarmlessReboot();
-    for (const char *const name : {"hooks", "tmp"})
-        QDir(folder.path()).mkdir(QLatin1String(name));
-    environment = {
-        {"TESSARO_REGISTRY", QFile::encodeName(path(QStringLiteral("registry.db")))},
-        {"TESSARO_APPLY_DIR", QFile::encodeName(path(QStringLiteral("hooks")))},
-        {"TESSARO_APPLY_SERVICE", QFile::encodeName(startable(QStringLiteral(APPLY_PROGRAM), folder.path()))},
-        {"TESSARO", QFile::encodeName(startable(tessaro_, folder.path()))},
-        {"TMPDIR", QFile::encodeName(path(QStringLiteral("tmp")))},
-        {"DISPLAY", QByteArray()}};
-    const Outcome loaded = tessaro({QStringLiteral("load"), json});
-    if (loaded.status != 0)
-        qFatal("%s", loaded.err.constData());
+/// A program built for another architecture becomes a script that has it emulated.
+void Device::addProgram(const QString &program) const {
+    const QByteArray emulator = qgetenv("TEST_EMULATOR");
+    const QString name = QStringLiteral("bin/") + program.section(QLatin1Char('/'), -1);
+    if (emulator.isEmpty()) {
+        QFile::link(program, path(name));
+        return;
+    }
+    write(name, "#!/bin/sh\nexec " + emulator + " '" + QFile::encodeName(program) + "' \"$@\"\n");
+    // also for another user
+    QFile::setPermissions(path(name), QFile::Permissions(0x5555) | QFile::WriteOwner);
 }
 
 void Device::load(const QByteArray &json) const {
-    const Outcome loaded = tessaro({QStringLiteral("load"), write(QStringLiteral("load.json"), json)});
+    const QString file = write(QStringLiteral("load.json"), json);
+    const Outcome loaded = run(path(QStringLiteral("bin/tessaro")), {QStringLiteral("load"), file}, environment);
     if (loaded.status != 0)
         qFatal("%s", loaded.err.constData());
 }
@@ -61,46 +64,29 @@ void Device::addHook(const QString &section, const QByteArray &script) const {
 }
 
 Outcome Device::exportTo(const QString &file) const {
-    return tool({QStringLiteral("-settings"), file, QStringLiteral("-get"), QStringLiteral("all")});
+    return startTool(file, QStringLiteral("-get")).wait();
 }
 
-Outcome Device::importFrom(const QString &file, const QStringList &more) const {
-    return tool(QStringList{QStringLiteral("-settings"), file, QStringLiteral("-set"), QStringLiteral("all")} + more);
+Outcome Device::importFrom(const QString &file) const {
+    return startTool(file, QStringLiteral("-set")).wait();
 }
 
-Outcome Device::tool(const QStringList &arguments) const {
-    return run(tool_, arguments, environment);
+Program Device::startTool(const QString &file, const QString &command) const {
+    return {path(QStringLiteral("bin/quendarsettings")),
+            {QStringLiteral("-settings"), file, command, QStringLiteral("all")},
+            environment};
 }
 
-Program Device::startTool(const QStringList &arguments) const {
-    return {tool_, arguments, environment};
-}
-
-Outcome Device::tessaro(const QStringList &arguments) const {
-    return run(tessaro_, arguments, environment);
-}
-
-QByteArray Device::get(const QString &path) const {
-    QByteArray value = tessaro({QStringLiteral("get"), path}).out;
-    value.chop(1); // the line feed
-    return value;
-}
-
-void Device::set(const QString &path, const QString &value) const {
-    const Outcome outcome = tessaro({QStringLiteral("set"), path, value});
-    if (outcome.status != 0)
-        qFatal("%s", outcome.err.constData());
-}
-
-QByteArray Device::dump(const QString &path) const {
-    return tessaro(QStringList(QStringLiteral("dump")) + (path.isEmpty() ? QStringList() : QStringList(path))).out;
+QByteArray Device::dump(const QString &directory) const {
+    const QStringList arguments = {QStringLiteral("dump"), directory};
+    return run(path(QStringLiteral("bin/tessaro")), arguments.mid(0, directory.isEmpty() ? 1 : 2), environment).out;
 }
 
 QStringList Device::leftovers() const {
     QStringList left;
     if (!waitUntil([this] { return processes().isEmpty(); }, std::chrono::seconds(20)))
         left.append(QStringLiteral("a service"));
-    if (tessaro({QStringLiteral("dump"), QStringLiteral("tmp/applying")}).out.simplified().replace(' ', "") != "{}")
+    if (dump(QStringLiteral("tmp/applying")).contains(':'))
         left.append(QStringLiteral("an apply key"));
     const QStringList semaphores = QDir(path(QStringLiteral("tmp"))).entryList(QDir::Files);
     if (!semaphores.isEmpty())

@@ -1,59 +1,25 @@
 #include "support/program.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QProcessEnvironment>
 #include <QtCore/QThread>
 
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
-namespace {
-
-/// The command that runs programs of another architecture; empty on a machine of their own.
-QStringList emulator() {
-    return QString::fromLocal8Bit(qgetenv("TEST_EMULATOR")).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
-
-std::vector<QByteArray> variables(const Environment &environment) {
-    QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
-    for (auto variable = environment.cbegin(); variable != environment.cend(); ++variable) {
-        if (variable->isNull())
-            all.remove(QString::fromLocal8Bit(variable.key()));
-        else
-            all.insert(QString::fromLocal8Bit(variable.key()), QString::fromLocal8Bit(*variable));
-    }
-    std::vector<QByteArray> result;
-    for (const QString &entry : all.toStringList())
-        result.push_back(entry.toLocal8Bit());
-    return result;
-}
-
-std::vector<char *> pointers(std::vector<QByteArray> &texts) {
-    std::vector<char *> result;
-    for (QByteArray &text : texts)
-        result.push_back(text.data());
-    result.push_back(nullptr);
-    return result;
-}
-
-QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
-
 Program::Program(const QString &program, const QStringList &arguments, const Environment &environment) {
-    std::vector<QByteArray> words;
-    for (const QString &word : emulator() + QStringList(program) + arguments)
+    std::vector<QByteArray> words = {"env"};
+    for (auto variable = environment.cbegin(); variable != environment.cend(); ++variable)
+        words.push_back(variable.key() + '=' + *variable);
+    for (const QString &word : QStringList(program) + arguments)
         words.push_back(QFile::encodeName(word));
-    std::vector<QByteArray> assignments = variables(environment);
+    std::vector<char *> pointers;
+    for (QByteArray &word : words)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
 
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
@@ -65,9 +31,8 @@ Program::Program(const QString &program, const QStringList &arguments, const Env
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    if (posix_spawnp(&process, words.front().constData(), &files, &attributes, pointers(words).data(),
-                     pointers(assignments).data()) != 0)
-        qFatal("cannot start %s", words.front().constData());
+    if (posix_spawnp(&process, pointers.front(), &files, &attributes, pointers.data(), ::environ) != 0)
+        qFatal("cannot start a program");
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&files);
 }
@@ -83,33 +48,20 @@ void Program::kill() const {
     ::kill(-process, SIGKILL);
 }
 
-Outcome Program::wait(std::chrono::seconds limit) {
+Outcome Program::wait() {
     int status = 0;
-    if (!waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; }, limit)) {
+    const auto hasEnded = [&] { return ::waitpid(process, &status, WNOHANG) == process; };
+    if (!waitUntil(hasEnded, std::chrono::seconds(120))) {
         kill();
         ::waitpid(process, &status, 0);
     }
     isReaped = true;
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), contents(folder.filePath(QStringLiteral("1"))),
-            contents(folder.filePath(QStringLiteral("2")))};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status),
+            contentsOf(folder.filePath(QStringLiteral("1"))), contentsOf(folder.filePath(QStringLiteral("2")))};
 }
 
-Outcome run(const QString &program, const QStringList &arguments, const Environment &environment,
-            std::chrono::seconds limit) {
-    return Program(program, arguments, environment).wait(limit);
-}
-
-QString startable(const QString &program, const QString &folder) {
-    if (emulator().isEmpty())
-        return program;
-    QFile script(folder + QLatin1Char('/') + program.section(QLatin1Char('/'), -1) + QStringLiteral(".sh"));
-    if (script.open(QIODevice::WriteOnly))
-        script.write("#!/bin/sh\nexec " + emulator().join(QLatin1Char(' ')).toLocal8Bit() + " '" +
-                     QFile::encodeName(program) + "' \"$@\"\n");
-    // by whatever user a test makes itself
-    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup |
-                          QFile::ReadOther | QFile::ExeOther);
-    return script.fileName();
+Outcome run(const QString &program, const QStringList &arguments, const Environment &environment) {
+    return Program(program, arguments, environment).wait();
 }
 
 bool waitUntil(const std::function<bool()> &condition, std::chrono::seconds limit) {
@@ -122,16 +74,7 @@ bool waitUntil(const std::function<bool()> &condition, std::chrono::seconds limi
     return true;
 }
 
-bool asOrdinaryUser(const QString &program, const std::function<void()> &action) {
-    constexpr uid_t nobody = 65534;
-    const uid_t before = ::geteuid();
-    if (before == 0 && ::setresuid(nobody, nobody, 0) != 0)
-        qFatal("cannot become another user");
-    const bool canRun = ::access(QFile::encodeName(program).constData(), X_OK) == 0;
-    if (canRun)
-        action();
-    if (before == 0 && ::setresuid(0, 0, 0) != 0)
-        qFatal("cannot become root again");
-    ::prctl(PR_SET_DUMPABLE, 1); // lost by the change of users, and needed by a leak checker
-    return canRun;
+QByteArray contentsOf(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

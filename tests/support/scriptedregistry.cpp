@@ -5,24 +5,23 @@
 #include <algorithm>
 
 namespace {
+
 ScriptedRegistry *current = nullptr;
+
+/// Records a call and returns the status set for it, or @p usual.
+int record(const char *operation, const QString &path, int usual, const QString &value = {}) {
+    const QString call = QLatin1String(operation) + QLatin1Char(' ') + path;
+    current->calls.append(value.isNull() ? call : call + QStringLiteral(" = ") + value);
+    return current->statuses.value(call, usual);
 }
 
-class TessaroPrivate {
-public:
-    /// Records a call and returns the status set for it, or @p usual.
-    static int record(const char *operation, const QString &path, int usual, const QString &value = {}) {
-        const QString call = QLatin1String(operation) + QLatin1Char(' ') + path;
-        current->calls.append(value.isNull() ? call : call + QStringLiteral(" = ") + value);
-        if (current->onCall)
-            current->onCall(call);
-        return current->statuses.value(call, usual);
-    }
+bool exists(const QString &path) {
+    return current->keys.contains(path) || current->directories.contains(path);
+}
 
-    static bool exists(const QString &path) {
-        return current->keys.contains(path) || current->directories.contains(path);
-    }
-};
+} // namespace
+
+class TessaroPrivate {};
 
 ScriptedRegistry::ScriptedRegistry() {
     current = this;
@@ -71,14 +70,6 @@ void ScriptedRegistry::remove(const QString &path) {
         parent->remove(path);
 }
 
-QStringList ScriptedRegistry::dump() const {
-    QStringList lines;
-    for (auto key = keys.cbegin(); key != keys.cend(); ++key)
-        lines.append(key.key() + QStringLiteral(" = ") + key.value());
-    lines.sort();
-    return lines;
-}
-
 QStringList ScriptedRegistry::writes() const {
     QStringList result;
     std::copy_if(calls.cbegin(), calls.cend(), std::back_inserter(result), [](const QString &call) {
@@ -93,7 +84,7 @@ Tessaro::Tessaro() = default;
 Tessaro::~Tessaro() = default;
 
 int Tessaro::get(const QString &path, QString &value, const _RegEntryParam & /*param*/, const QString & /*last*/) {
-    const int status = TessaroPrivate::record("value", path, current->keys.contains(path) ? 0 : 1);
+    const int status = record("value", path, current->keys.contains(path) ? 0 : 1);
     if (status == 0)
         value = current->keys.value(path);
     return status;
@@ -105,7 +96,7 @@ TessaroClient::~TessaroClient() = default;
 
 int TessaroClient::get(const QString &path, QMap<QString, _RegNodeType> &children, const _RegEntryParam & /*param*/,
                        const QString & /*last*/) {
-    const int status = TessaroPrivate::record("get", path, 0);
+    const int status = record("get", path, 0);
     if (current->keys.contains(path))
         children.insert(current->keys.value(path), RegNodeValue);
     else
@@ -116,8 +107,7 @@ int TessaroClient::get(const QString &path, QMap<QString, _RegNodeType> &childre
 int TessaroClient::set(const QString &path, const QString &value, const _RegEntryParam & /*param*/) {
     const bool isEmptyDirectory = current->directories.contains(path) && current->directories.value(path).isEmpty();
     const bool isDirectory = current->directories.contains(path) && !isEmptyDirectory;
-    const int status =
-        TessaroPrivate::record("set", path, isDirectory ? 2 : 0, value.isNull() ? QStringLiteral("") : value);
+    const int status = record("set", path, isDirectory ? 2 : 0, value.isNull() ? QStringLiteral("") : value);
     if (status == 0) {
         if (isEmptyDirectory)
             current->remove(path);
@@ -127,31 +117,31 @@ int TessaroClient::set(const QString &path, const QString &value, const _RegEntr
 }
 
 int TessaroClient::commit(const QString &path) {
-    return TessaroPrivate::record("commit", path, 0);
+    return record("commit", path, 0);
 }
 
 int TessaroClient::requestApply(const QString &section, const QString & /*trigger*/) {
-    return TessaroPrivate::record("requestApply", section, 7);
+    return record("requestApply", section, 7);
 }
 
 int TessaroClient::create(const QString &path, const _RegEntryType & /*type*/) {
-    const int status = TessaroPrivate::record("create", path, TessaroPrivate::exists(path) ? 2 : 0);
+    const int status = record("create", path, exists(path) ? 2 : 0);
     if (status == 0)
         current->addDirectory(path);
     return status;
 }
 
 int TessaroClient::del(const QString &path) {
-    const int status = TessaroPrivate::record("del", path, TessaroPrivate::exists(path) ? 0 : 1);
+    const int status = record("del", path, exists(path) ? 0 : 1);
     if (status == 0)
         current->remove(path);
     return status;
 }
 
 int TessaroClient::contains(const QString &path) {
-    return TessaroPrivate::record("contains", path, TessaroPrivate::exists(path) ? 0 : 1);
+    return record("contains", path, exists(path) ? 0 : 1);
 }
 
 int TessaroClient::rollback(const QString &path) {
-    return TessaroPrivate::record("rollback", path, 0);
+    return record("rollback", path, 0);
 }

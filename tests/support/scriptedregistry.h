@@ -3,10 +3,7 @@
 #include "registry/tessaroclient.h"
 
 #include <QtCore/QHash>
-#include <QtCore/QSet>
 #include <QtCore/QStringList>
-
-#include <functional>
 
 /// A registry in memory that every client of the test program works on. Records each call, in order, as
 /// "operation path" or "operation path = value", and answers with the status that the test has set for it.
@@ -25,15 +22,11 @@ public:
     void add(const QStringList &lines);
     void remove(const QString &path);
 
-    /// The keys as sorted lines "path = value".
-    QStringList dump() const;
-
     /// The recorded calls but for those that only read.
     QStringList writes() const;
 
     QHash<QString, QString> keys;
     QHash<QString, QMap<QString, _RegNodeType>> directories;
     QStringList calls;
-    QHash<QString, int> statuses;                // by "operation path"
-    std::function<void(const QString &)> onCall; // hears each call before it is answered
+    QHash<QString, int> statuses; // by "operation path"
 };

@@ -1,16 +1,16 @@
 #include "support/stories.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QStringList>
+#include "support/program.h"
 
-QVector<Story> storiesOf(const QString &path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("no stories in %s", qUtf8Printable(path));
+#include <QtCore/QRegularExpression>
+#include <QtTest/QTest>
 
+namespace {
+
+QVector<Story> storiesIn(const QString &text) {
     QVector<Story> stories;
     QString part;
-    for (QString line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
+    for (QString line : text.split(QLatin1Char('\n'))) {
         if (line.startsWith(QLatin1String("== "))) {
             stories.append({line.mid(3), {}});
         } else if (line.endsWith(QLatin1Char(':')) && !line.startsWith(QLatin1Char(' '))) {
@@ -22,7 +22,32 @@ QVector<Story> storiesOf(const QString &path) {
             stories.last().parts[part].append(line.mid(2));
         }
     }
+    return stories;
+}
+
+void complete(Story &story, const Story &each) {
+    for (auto part = each.parts.cbegin(); part != each.parts.cend(); ++part) {
+        if (!story.parts.contains(part.key()))
+            story.parts.insert(part.key(), *part);
+    }
+    const QStringList words = story.parts.take(QStringLiteral("words"));
+    for (const QString &line : words + QStringList(QStringLiteral("NAME = ") + story.name)) {
+        const QRegularExpression word(QStringLiteral("\\b%1\\b").arg(line.section(QLatin1String(" = "), 0, 0)));
+        for (QStringList &lines : story.parts)
+            lines.replaceInStrings(word, line.section(QLatin1String(" = "), 1));
+    }
+}
+
+} // namespace
+
+void addStories(const QString &path) {
+    QVector<Story> stories = storiesIn(QString::fromUtf8(contentsOf(path)));
+    const Story each = stories.value(0).name == QLatin1String("each") ? stories.takeFirst() : Story();
     if (stories.isEmpty())
         qFatal("no stories in %s", qUtf8Printable(path));
-    return stories;
+    QTest::addColumn<Story>("story");
+    for (Story &story : stories) {
+        complete(story, each);
+        QTest::newRow(qUtf8Printable(story.name)) << story;
+    }
 }

@@ -7,6 +7,8 @@
 
 namespace {
 
+constexpr int statuses[] = {2, -1, 5};
+
 /// A call that fails.
 struct Fault {
     QString operation;
@@ -126,40 +128,42 @@ private Q_SLOTS:
         Sweep sweep;
         QByteArray committed; // before the call; nothing but a commit changes it
         int swept = 0;
-        for (int call = 1; call <= calls.size(); ++call) {
+        for (int number = 0; number < 3 * calls.size(); ++number) {
+            const int call = number / 3 + 1;
             const QString &recorded = calls.at(call - 1);
-            for (const int status : {2, -1, 5}) {
-                if (!isChosen(sweep, recorded, calls.size()))
-                    continue;
-                const Fault fault{recorded.section(QLatin1Char(' '), 0, 0), recorded.section(QLatin1Char(' '), 1),
-                                  status, call};
-                const Expectation expected = expectationOf(fault, calls);
-                QByteArray wrong = complaint(runs.run(call, status), expected);
-                const QByteArray settings = runs.settings();
-                if (!expected.isRegistryError())
-                    wrong += runs.device.leftovers().join(QLatin1Char(' ')).toUtf8();
-                else if (committed.isEmpty())
-                    committed = runs.committedBefore(call);
-                const QByteArray &allowed = expected.isRegistryError() ? committed : undisturbed;
-                wrong += differences(settings, allowed, expected.touched).join(QLatin1Char(' ')).toUtf8();
-                QVERIFY2(wrong.isEmpty(),
-                         qUtf8Printable(recorded + QStringLiteral(" returned ") + QString::number(status) +
-                                        QLatin1Char('\n') + QString::fromUtf8(wrong)));
-                ++swept;
-            }
-            if (recorded.startsWith(QLatin1String("commit ")))
+            if (calls.value(call - 2).startsWith(QLatin1String("commit ")) && number % 3 == 0)
                 committed.clear();
+            if (!isChosen(sweep, number, recorded, calls.size()))
+                continue;
+            const Fault fault{recorded.section(QLatin1Char(' '), 0, 0), recorded.section(QLatin1Char(' '), 1),
+                              statuses[number % 3], call};
+            const Expectation expected = expectationOf(fault, calls);
+            QByteArray wrong = complaint(runs.run(call, fault.status), expected);
+            const QByteArray settings = runs.settings();
+            if (!expected.isRegistryError())
+                wrong += runs.device.leftovers().join(QLatin1Char(' ')).toUtf8();
+            else if (committed.isEmpty())
+                committed = runs.committedBefore(call);
+            const QByteArray &allowed = expected.isRegistryError() ? committed : undisturbed;
+            wrong += differences(settings, allowed, expected.touched).join(QLatin1Char(' ')).toUtf8();
+            QVERIFY2(wrong.isEmpty(),
+                     qUtf8Printable(recorded + QStringLiteral(" returned ") + QString::number(fault.status) +
+                                    QLatin1Char('\n') + QString::fromUtf8(wrong)));
+            ++swept;
         }
         qInfo("%d calls, %d of %d faults swept", calls.size(), swept, 3 * calls.size());
     }
 
 private:
-    /// All of them, or a dozen of the reads, checks and writes, a dozen in the applies, and all of the rest.
-    static bool isChosen(Sweep &sweep, const QString &call, int calls) {
+    /// All of them, every tenth, or a dozen of the reads, checks and writes, a dozen in the applies, and all of the
+    /// rest.
+    static bool isChosen(Sweep &sweep, int number, const QString &call, int calls) {
+        if (Sweep::isLong() || Sweep::isTenth())
+            return Sweep::isLong() || number % 10 == 0;
         static const QRegularExpression frequent(QStringLiteral("^(get|contains|set) root"));
         static const QRegularExpression apply(QStringLiteral("tmp/applying|^requestApply"));
         const int oneOf = frequent.match(call).hasMatch() ? calls / 4 : apply.match(call).hasMatch() ? 9 : 1;
-        return Sweep::isLong() || sweep.below(oneOf) == 0;
+        return sweep.below(oneOf) == 0;
     }
 };
 

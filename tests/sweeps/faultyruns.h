@@ -50,7 +50,7 @@ private:
         environment.insert("FAULT_LOG", QFile::encodeName(device.path(log)));
         environment.insert("LD_PRELOAD", FAULTY_CLIENT);
         environment.insert("ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":verify_asan_link_order=0");
-        return ::run(QStringLiteral(TOOL_PROGRAM), arguments, environment);
+        return ::run(device.path(QStringLiteral("bin/quendarsettings")), arguments, environment);
     }
 
     const QString log = QStringLiteral("calls");

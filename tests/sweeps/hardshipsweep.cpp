@@ -4,7 +4,8 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtTest/QtTest>
 
-#include <list>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -16,33 +17,22 @@ const QString get = QStringLiteral("-get");
 const char *const cannotCommit = "error: error occured on view key: root/lumo-config-view, status: 4\n";
 const QString changed = QStringLiteral(EXAMPLES "/new-configuration.xml");
 
-/// A file system of a few blocks at a folder of the device.
+/// A file system of a few blocks.
 class SmallDisk {
 public:
-    SmallDisk(const Device &device, int blocks) : folder(device.path(QStringLiteral("disk"))) {
-        QDir().mkpath(folder);
-        isMounted = mount(QStringLiteral("size=%1k").arg(4 * blocks));
-    }
-    ~SmallDisk() {
-        if (isMounted)
-            run(QStringLiteral("umount"), {folder});
-    }
+    SmallDisk(const QString &mountPoint, int blocks)
+        : folder(mountPoint), isMounted(mount(QStringLiteral("size=%1k").arg(4 * blocks))) {}
+    ~SmallDisk() { run(QStringLiteral("umount"), {folder}); }
     SmallDisk(const SmallDisk &) = delete;
     SmallDisk &operator=(const SmallDisk &) = delete;
 
-    bool isThere() const { return isMounted; }
-    void enlarge() const { mount(QStringLiteral("remount,size=1m")); }
-
-private:
     bool mount(const QString &options) const {
-        const QStringList arguments = {QStringLiteral("-t"),   QStringLiteral("tmpfs"),
-                                       QStringLiteral("-o"),   options,
-                                       QStringLiteral("disk"), folder};
-        return run(QStringLiteral("mount"), arguments).status == 0;
+        const QString command = QStringLiteral("mkdir -p '%1' && mount -t tmpfs -o %2 disk '%1'").arg(folder, options);
+        return run(QStringLiteral("sh"), {QStringLiteral("-c"), command}).status == 0;
     }
 
     const QString folder;
-    bool isMounted = false;
+    const bool isMounted;
 };
 
 } // namespace
@@ -112,8 +102,8 @@ private Q_SLOTS:
         bool isRefused = true;
         int refused = 0;
         for (int room = 0; isRefused && room < 100; room += Sweep::cases(6, 1)) {
-            const SmallDisk disk(*device, (pristine.size() + 4095) / 4096 + room);
-            if (!disk.isThere())
+            const SmallDisk disk(device->path(QStringLiteral("disk")), (pristine.size() + 4095) / 4096 + room);
+            if (!disk.isMounted)
                 QSKIP("no disk of its own can be mounted here");
             device->write(file, pristine);
             const QByteArray printed = device->importFrom(changed).err;
@@ -121,7 +111,7 @@ private Q_SLOTS:
             QVERIFY2(!isRefused || printed.endsWith(cannotCommit) || printed.startsWith("error: impossible to apply: "),
                      printed.constData());
             QVERIFY(room > 0 || device->read(file) == pristine);
-            disk.enlarge();
+            QVERIFY(disk.mount(QStringLiteral("remount,size=1m")));
             QCOMPARE(device->importFrom(changed).err, QByteArray());
             QCOMPARE(settings(), wanted);
             QCOMPARE(device->leftovers(), QStringList());
@@ -167,15 +157,12 @@ private:
     /// file.
     QByteArray complaintsOf(const QVector<Run> &runs) const {
         device->write(registry, pristine);
-        std::list<Program> programs;
+        std::vector<std::unique_ptr<Program>> programs;
         for (const Run &run : runs)
-            programs.emplace_back(
-                QStringLiteral(TOOL_PROGRAM),
-                QStringList{QStringLiteral("-settings"), run.file, run.command, QStringLiteral("all")},
-                device->environment);
+            programs.emplace_back(new Program(device->startTool(run.file, run.command)));
         QByteArray printed;
-        for (Program &program : programs) {
-            const Outcome outcome = program.wait();
+        for (const auto &program : programs) {
+            const Outcome outcome = program->wait();
             printed += outcome.err + (outcome.status < 0 ? crash : "");
         }
         return printed.replace("post-action ignored, unsafe file: \"/tmp/last-apply-command\" \n", "");

@@ -3,11 +3,13 @@
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QtGlobal>
 
-/// How far a sweep goes: a short share, the same each time, or with SWEEP=long all of it, with a seed that is new each
-/// time. SWEEP_SEED sets the seed, which is printed.
+/// How far a sweep goes, by the variable SWEEP: "long" is all of it, "tenth" every tenth case of those that are
+/// numbered, otherwise a short share. What is random is the same each time, or new each time in a long one;
+/// SWEEP_SEED sets the seed, which is printed.
 class Sweep {
 public:
     static bool isLong() { return qgetenv("SWEEP") == "long"; }
+    static bool isTenth() { return qgetenv("SWEEP") == "tenth"; }
 
     static int cases(int few, int all) { return isLong() ? all : few; }
 

@@ -1,0 +1,95 @@
+#include "support/device.h"
+#include "support/stories.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QRegularExpression>
+#include <QtTest/QtTest>
+
+#include <sys/resource.h>
+
+/// What is typed on a device, and what comes of it. A story's parts:
+///
+///     needs      what must succeed, or else the story is skipped
+///     registry   the registry before, as JSON; otherwise that of small.json
+///     file       the file f
+///     hook       the apply hook of every section
+///     setup      commands; what they change does not count
+///     call       commands, typed in a folder that holds no file but f
+///     out, err   what they print
+///     status     of the last one; 0 if it is not given
+///     left       what is left behind, see Device::leftovers
+///     changes    of the lines in a dump of the registry, as `diff` shows them
+///     log        what they, or anything that they have started, appended to the file $LOG
+class CallsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanupTestCase() {
+        struct rusage usage = {};
+        ::getrusage(RUSAGE_CHILDREN, &usage);
+        QVERIFY2(usage.ru_maxrss < 1024 * 1024, "a program took more than 1 GiB");
+    }
+
+    void init() { removePostAction(); }
+    void cleanup() { removePostAction(); }
+
+    void aCallHasItsResult_data() { addStories(QStringLiteral(CALLS)); }
+
+    void aCallHasItsResult() {
+        QFETCH(const Story, story);
+        Device device(QStringLiteral(DATA "/small.json"));
+        device.environment.insert("DATA", DATA);
+        device.environment.insert("EXAMPLES", EXAMPLES);
+        for (const char *const log : {"LOG", "REBOOT_LOG"})
+            device.environment.insert(log, QFile::encodeName(device.path(QStringLiteral("log"))));
+        if (shell(device, story.file("needs")).status != 0)
+            QSKIP("it is not possible here");
+        if (!story.lines("registry").isEmpty())
+            device.load(story.file("registry"));
+        if (!story.lines("file").isEmpty())
+            device.write(QStringLiteral("home/f"), story.text("file").toUtf8());
+        device.addHook(QStringLiteral("default"), story.file("hook"));
+        QCOMPARE(shell(device, story.file("setup")).err, QByteArray());
+        device.write(QStringLiteral("before"), linesOf(device));
+
+        const Outcome outcome = shell(device, story.file("call"));
+        QCOMPARE(outcome.err, story.file("err"));
+        QCOMPARE(outcome.out, story.file("out"));
+        QCOMPARE(outcome.status, story.text("status").toInt());
+        QCOMPARE(device.leftovers(), story.lines("left"));
+        device.write(QStringLiteral("after"), linesOf(device));
+        QCOMPARE(changes(device).join(QLatin1Char('\n')), story.text("changes"));
+        QCOMPARE(device.read(QStringLiteral("log")), story.file("log"));
+    }
+
+private:
+    static Outcome shell(const Device &device, const QByteArray &commands) {
+        const QString home = device.path(QStringLiteral("home"));
+        QDir().mkpath(home);
+        const QString file = device.write(QStringLiteral("commands"), commands);
+        return run(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("cd '%1' && . '%2'").arg(home, file)},
+                   device.environment);
+    }
+
+    /// Of its registry, so that none changes for the sake of the next.
+    static QByteArray linesOf(const Device &device) { return device.dump().replace(",\n", "\n"); }
+
+    static QStringList changes(const Device &device) {
+        const QString before = device.path(QStringLiteral("before"));
+        const QString after = device.path(QStringLiteral("after"));
+        return QString::fromUtf8(run(QStringLiteral("diff"), {before, after}).out)
+            .split(QLatin1Char('\n'))
+            .filter(QRegularExpression(QStringLiteral("^[<>]")))
+            .replaceInStrings(QRegularExpression(QStringLiteral(" +")), QStringLiteral(" "));
+    }
+
+    /// Whatever stands at its name.
+    static void removePostAction() {
+        const QString path = QStringLiteral("/tmp/last-apply-command");
+        QFile::remove(path);
+        QDir().rmdir(path);
+    }
+};
+
+QTEST_GUILESS_MAIN(CallsTest)
+#include "callstest.moc"
