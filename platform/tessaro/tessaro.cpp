@@ -1,5 +1,4 @@
 #include "registryfile.h"
-#include "requestapply.h"
 #include "tessaroprivate.h"
 #include "tree.h"
 
@@ -63,7 +62,7 @@ int TessaroPrivate::rollback(const QString &path) noexcept {
 
 int TessaroPrivate::requestApply(const QString &section, const QString &trigger) noexcept {
     return guarded(Unavailable, [&] {
-        return registry().isCommitted(trigger, section) ? startApplyService(section, trigger) : ApplyRefused;
+        return registry().isCommitted(trigger, section) ? services.start(section, trigger) : ApplyRefused;
     });
 }
 

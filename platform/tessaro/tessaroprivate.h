@@ -1,6 +1,7 @@
 /// The library's edge: what is thrown within ends here as a status.
 #pragma once
 
+#include "applyservices.h"
 #include "registry/tessaroclient.h"
 
 class Tree;
@@ -29,4 +30,5 @@ private:
     Tree &registry();
 
     std::unique_ptr<Tree> opened;
+    ApplyServices services;
 };
