@@ -14,8 +14,8 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
-#include <algorithm>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -75,8 +75,10 @@ void dump(const Arguments &arguments) {
     const SQLite::Transaction oneState = store.read();
     if (!arguments.isEmpty()) {
         const Store::Listed above = store.list(parentOf(directory));
-        const auto isIt = [&](const auto &entry) { return entry.first == directory && !entry.second.isKey(); };
-        if (!isPath(directory) || std::none_of(above.entries.cbegin(), above.entries.cend(), isIt)) {
+        const auto isTheDirectory = [&](const auto &entry) {
+            return entry.first == directory && !entry.second.isKey();
+        };
+        if (!isPath(directory) || std::none_of(above.entries.cbegin(), above.entries.cend(), isTheDirectory)) {
             fail(QStringLiteral("\"%1\": there is no such directory").arg(directory));
         }
     }

@@ -19,10 +19,11 @@ class Detachment {
 public:
     Detachment() {
         posix_spawn_file_actions_init(&files);
-        posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDWR, 0);
-        posix_spawn_file_actions_adddup2(&files, STDIN_FILENO, STDOUT_FILENO);
         posix_spawnattr_init(&attributes);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+        const bool isComplete = posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDWR, 0) == 0 &&
+                                posix_spawn_file_actions_adddup2(&files, STDIN_FILENO, STDOUT_FILENO) == 0 &&
+                                posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID) == 0;
+        error = isComplete ? 0 : ENOMEM;
     }
     ~Detachment() {
         posix_spawnattr_destroy(&attributes);
@@ -33,6 +34,7 @@ public:
 
     posix_spawn_file_actions_t files = {};
     posix_spawnattr_t attributes = {};
+    int error = 0;
 };
 
 QByteArray serviceProgram() {
@@ -59,7 +61,9 @@ Status ApplyServices::start(const QString &section, const QString &trigger) {
     pid_t service = -1;
     if (error == 0) {
         const Detachment detached;
-        error = posix_spawn(&service, program.constData(), &detached.files, &detached.attributes, arguments, environ);
+        error = detached.error != 0 ? detached.error
+                                    : posix_spawn(&service, program.constData(), &detached.files, &detached.attributes,
+                                                  arguments, environ);
     }
     if (error != 0) {
         std::fprintf(stderr, "cannot start the apply service \"%s\": %s\n", program.constData(), std::strerror(error));

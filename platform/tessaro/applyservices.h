@@ -8,8 +8,8 @@
 #include <sys/types.h>
 #include <vector>
 
-/// Starts apply services, each as a process of its own, and takes note of their ends so that none stays behind as a
-/// zombie for long. Those that still run when this object goes run on.
+/// Starts apply services, each as a process of its own. That one has ended is noted when the next is started, and when
+/// this object goes; the last one, which runs a little longer, is left to the end of this process.
 class ApplyServices {
 public:
     ApplyServices() = default;

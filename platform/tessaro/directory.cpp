@@ -33,11 +33,7 @@ const Node *Directory::findNext(const QString &path) {
     return next < entries.size() && entries[next].first == path ? &entries[next++].second : nullptr;
 }
 
-const Node *Directory::findAgain(const QString &path) const {
-    return next > 0 && entries[next - 1].first == path ? &entries[next - 1].second : nullptr;
-}
-
-Listing Directory::startWalk() {
+Listing Directory::list() {
     Listing kinds;
     for (const auto &[path, node] : entries) {
         kinds.insert(kinds.cend(), path, node.kind);
@@ -52,5 +48,12 @@ void Directory::put(const QString &path, const Node &node) {
         place->second = node;
     } else {
         entries.emplace(place, path, node);
+    }
+}
+
+void Directory::erase(const QString &path) {
+    const auto place = std::lower_bound(entries.cbegin(), entries.cend(), path, precedes);
+    if (place != entries.cend() && place->first == path) {
+        entries.erase(place);
     }
 }

@@ -18,16 +18,16 @@ public:
     /// The node at @p path; null when it is not here. Good until the next change.
     const Node *find(const QString &path);
 
-    /// The node at @p path, if it is the one found last.
-    const Node *findAgain(const QString &path) const;
-
     /// The node at @p path, if it is the one behind the one found last.
     const Node *findNext(const QString &path);
 
     /// All nodes, of which the first is the next.
-    Listing startWalk();
+    Listing list();
 
+    /// Before others, moves all that follow.
     void put(const QString &path, const Node &node);
+
+    void erase(const QString &path);
 
 private:
     std::vector<Entry> entries;

@@ -14,10 +14,6 @@ inline bool operator==(const Node &a, const Node &b) {
     return a.kind == b.kind && a.value == b.value;
 }
 
-inline bool operator!=(const Node &a, const Node &b) {
-    return !(a == b);
-}
-
 inline Node directoryNode() {
     return {RegNodeDir, QString()};
 }

@@ -85,7 +85,7 @@ void Store::put(const QString &path, const Node &node) {
     putter.exec();
 }
 
-void Store::remove(const QString &path) {
+bool Store::remove(const QString &path) {
     const auto done = qScopeGuard([this] { remover.tryReset(); });
     const std::string text = path.toStdString();
     remover.bind(1, parentOf(path).toStdString());
@@ -93,7 +93,7 @@ void Store::remove(const QString &path) {
     remover.bind(3, text);
     remover.bind(4, text + '/');
     remover.bind(5, text + '0');
-    remover.exec();
+    return remover.exec() > 0;
 }
 
 void Store::clear() {

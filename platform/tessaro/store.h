@@ -45,8 +45,8 @@ public:
 
     void put(const QString &path, const Node &node);
 
-    /// Removes the node at @p path and all below it.
-    void remove(const QString &path);
+    /// Removes the node at @p path and all below it; whether there was anything.
+    bool remove(const QString &path);
 
     /// Removes every node.
     void clear();

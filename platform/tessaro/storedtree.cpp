@@ -3,29 +3,33 @@
 #include "path.h"
 
 const Node *StoredTree::find(const QString &path) {
-    walking = false;
     if (!changing) {
         dropOutdated();
     }
     return known(path);
 }
 
-const Node *StoredTree::findAgain(const QString &path) {
-    const Node *const node = isCurrent(path) ? current->second.findAgain(path) : nullptr;
-    return node ? node : find(path);
-}
-
-const Node *StoredTree::findListed(const QString &path) {
-    const Node *const node = walking && isCurrent(path) ? current->second.findNext(path) : nullptr;
-    return node ? node : find(path);
-}
-
 Listing StoredTree::children(const QString &directoryPath) {
     if (!changing) {
         dropOutdated();
     }
-    walking = true;
-    return directory(directoryPath).startWalk();
+    return directory(directoryPath).list();
+}
+
+Listing StoredTree::walk(const QString &directoryPath) {
+    const Listing nodes = children(directoryPath);
+    walked = &current->second;
+    return nodes;
+}
+
+const Node *StoredTree::findWalked(const QString &path) {
+    if (walked) {
+        if (const Node *const node = walked->findNext(path)) {
+            return node;
+        }
+        endWalk();
+    }
+    return find(path);
 }
 
 const Node *StoredTree::known(const QString &path) {
@@ -69,6 +73,22 @@ void StoredTree::dropOutdated() {
 void StoredTree::clear() {
     directories.clear();
     current = nullptr;
+    walked = nullptr;
+}
+
+/// Forgets the node at @p path and all below it.
+void StoredTree::forget(const QString &path) {
+    current = nullptr;
+    walked = nullptr;
+    const QString within = path + QLatin1Char('/');
+    for (auto listed = directories.begin(); listed != directories.end();) {
+        const bool isGone = listed->first == path || listed->first.startsWith(within);
+        listed = isGone ? directories.erase(listed) : std::next(listed);
+    }
+    const auto above = directories.find(parentOf(path));
+    if (above != directories.end()) {
+        above->second.erase(path);
+    }
 }
 
 StoredTree::Change::Change(StoredTree &changed) : tree(changed), transaction(changed.store.write()) {
@@ -84,10 +104,11 @@ StoredTree::Change::~Change() {
 }
 
 void StoredTree::Change::remove(const QString &path) {
-    tree.store.remove(path);
-    tree.clear();
+    if (tree.store.remove(path)) {
+        wrote = true; // SQLite counts no commit that changes nothing
+    }
     present.clear();
-    wrote = true;
+    tree.forget(path);
 }
 
 void StoredTree::Change::put(const QString &path, const Node &node) {
@@ -108,9 +129,8 @@ void StoredTree::Change::put(const QString &path, const Node &node) {
     }
     tree.store.put(path, node);
     wrote = true;
-    const auto siblings = tree.directories.find(above);
-    if (siblings != tree.directories.end()) {
-        siblings->second.put(path, node);
+    if (tree.current) { // the directory that holds it, unless that was forgotten just now
+        tree.current->second.put(path, node);
     }
 }
 

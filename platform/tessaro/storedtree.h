@@ -14,15 +14,18 @@ public:
     /// The node at @p path; null when there is none, or no such path can be. Good until the next call.
     const Node *find(const QString &path);
 
-    /// The same, but when the call before found this very node, nobody looks for another's commit meanwhile.
-    const Node *findAgain(const QString &path);
-
-    /// The same, but when this goes on from the calls before, in which a directory was listed and its nodes looked up
-    /// in turn, the next one comes from that listing. So a directory that is walked through is shown as of one moment.
-    const Node *findListed(const QString &path);
-
     /// The nodes of @p directory; none where there is no such directory.
     Listing children(const QString &directory);
+
+    /// The same, to be walked through: until `endWalk`, or until another walk begins, its nodes may be asked of
+    /// `findWalked`, in their order.
+    Listing walk(const QString &directory);
+
+    /// The next node of the walk as it was when the walk began, if it is the one at @p path; otherwise what `find`
+    /// finds, and the walk has ended.
+    const Node *findWalked(const QString &path);
+
+    void endWalk() { walked = nullptr; }
 
     /// A change of the tree, all or nothing: undone when it is destroyed without having been committed.
     class Change {
@@ -53,11 +56,12 @@ private:
     bool isCurrent(const QString &path) const;
     void dropOutdated();
     void clear();
+    void forget(const QString &path);
 
     Store store;
     std::unordered_map<QString, Directory> directories;     ///< true while the file bears `stamp`
-    std::pair<const QString, Directory> *current = nullptr; ///< the one that the last call was about
-    bool walking = false;                                   ///< through the current one, since it was listed
+    std::pair<const QString, Directory> *current = nullptr; ///< the one that was looked into last
+    Directory *walked = nullptr;
     Store::Stamp stamp = 0;
     bool changing = false; ///< a `Change` keeps the directories in step with what it writes, and everybody else out
 };

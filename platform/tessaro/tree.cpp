@@ -31,14 +31,15 @@ Status Tree::get(const QString &path, QString &value) {
 }
 
 Status Tree::list(const QString &path, Listing &entries) {
-    const Node *const node = find(path, &StoredTree::findListed);
+    const bool isAllCommitted = pending.isEmpty();
+    const Node *const node = isAllCommitted ? stored.findWalked(path) : find(path);
     if (!node) {
         return absent(path);
     }
     if (node->isKey()) {
         entries.insert(node->value, RegNodeValue);
     } else {
-        entries = children(path);
+        entries = isAllCommitted ? stored.walk(path) : children(path);
     }
     return Success;
 }
@@ -110,7 +111,7 @@ Status Tree::set(const QString &path, const QString &value) {
     if (!value.isValidUtf16()) {
         return WrongKind;
     }
-    const Node *const node = find(path, &StoredTree::findAgain);
+    const Node *const node = find(path);
     if (!node) {
         if (!isPath(path)) {
             return WrongKind;
@@ -140,6 +141,7 @@ Status Tree::del(const QString &path) {
 }
 
 Status Tree::commit(const QString &path) {
+    stored.endWalk();
     if (!isPath(path)) {
         return WrongKind;
     }
@@ -170,6 +172,7 @@ Status Tree::commit(const QString &path) {
 }
 
 Status Tree::rollback(const QString &path) {
+    stored.endWalk();
     if (path.isEmpty()) {
         pending = PendingChanges();
         return Success;
@@ -182,15 +185,17 @@ Status Tree::rollback(const QString &path) {
 }
 
 bool Tree::isCommitted(const QString &path, const QString &value) {
+    stored.endWalk();
     const Node *const node = stored.find(path);
     return node && *node == keyNode(value);
 }
 
-const Node *Tree::find(const QString &path, Search committed) {
+const Node *Tree::find(const QString &path) {
+    stored.endWalk();
     if (const Node *const made = pending.find(path)) {
         return made;
     }
-    return pending.hides(path) ? nullptr : (stored.*committed)(path);
+    return pending.hides(path) ? nullptr : stored.find(path);
 }
 
 Listing Tree::children(const QString &directory) {

@@ -14,8 +14,9 @@ public:
     Status contains(const QString &path);
     Status get(const QString &path, QString &value);
 
-    /// A directory's nodes by path, or a key's text as the one entry. Who lists a directory and then its nodes, one
-    /// after the other in their order, sees all of it as it was at the first of these calls.
+    /// A directory's nodes by path, or a key's text as the one entry. Where nothing is
+    /// pending, and a directory is listed and then, by the calls that follow, its nodes in their order, they are shown
+    /// as they were at the first of these calls.
     Status list(const QString &path, Listing &entries);
 
     Status create(const QString &path);
@@ -34,8 +35,7 @@ public:
     bool isCommitted(const QString &path, const QString &value);
 
 private:
-    using Search = const Node *(StoredTree::*)(const QString &path);
-    const Node *find(const QString &path, Search committed = &StoredTree::find);
+    const Node *find(const QString &path);
     Listing children(const QString &directory);
     bool isNewAndEmpty(const QString &path);
     void fill(const QString &directory, const QString &source);

@@ -103,8 +103,8 @@ const ViewKey &LumoConfigView::keyOf(const QXmlNodeModelIndex &node) const {
 }
 
 QXmlNodeModelIndex LumoConfigView::nodeFor(const ViewKey &key, int code) const {
-    const int number = index.numberOf(key);
-    if (number == keys.size())
+    const int number = index.numberFor(key);
+    if (number == keys.size()) // it is new to both
         keys.append(key);
     return createIndex(static_cast<qint64>(number), code);
 }

@@ -6,7 +6,8 @@
 #include <QtCore/QHash>
 #include <QtCore/QVector>
 
-/// Finds the number of a node by its key, and where its parent's listing holds it, so that neither costs a scan.
+/// Numbers the keys in the order in which they are met, and remembers where a key's parent lists it, so that neither
+/// costs a scan.
 class NodeIndex {
 public:
     /// A place in a listing that the view's cache keeps; without a listing, not known yet.
@@ -16,19 +17,19 @@ public:
     };
 
     /// The number of @p key. A key that has none yet gets the next.
-    int numberOf(const QString &key) {
-        int &count = numbers[key];
-        if (count == 0) {
+    int numberFor(const QString &key) {
+        int &keysUpToIt = numbers[key];
+        if (keysUpToIt == 0) {
             places.append(Place());
-            count = places.size();
+            keysUpToIt = places.size();
         }
-        return count - 1;
+        return keysUpToIt - 1;
     }
 
     const Place &place(int number) const { return places.at(number); }
     void setPlace(int number, const Place &place) { places[number] = place; }
 
 private:
-    QHash<QString, int> numbers; // plus 1
+    QHash<QString, int> numbers; // from 1 on
     QVector<Place> places;
 };

@@ -20,7 +20,7 @@ NamedDocument currentSettings() {
     QBuffer buffer;
     buffer.open(QIODevice::ReadWrite);
     GetCommand::exportConfig(&buffer);
-    return {buffer.data(), namesOfView(buffer.data())};
+    return {buffer.data(), namesOfSettings(buffer.data())};
 }
 
 /// An import without its applies.
