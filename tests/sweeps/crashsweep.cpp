@@ -49,7 +49,7 @@ private Q_SLOTS:
     void anImportKilledAnywhereCanBeRunAgain() {
         Sweep sweep;
         QSet<QByteArray> met;
-        const int wantedKills = Sweep::cases(10, 200);
+        const int wantedKills = Sweep::cases(4, 200);
         int killed = 0;
         int orphans = 0;
         for (int run = 0; killed < wantedKills; ++run) {
