@@ -4,7 +4,7 @@
 
 namespace {
 
-bool precedes(const Directory::Entry &entry, const QString &path) {
+bool precedes(const Entry &entry, const QString &path) {
     return entry.first < path;
 }
 

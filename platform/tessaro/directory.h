@@ -3,15 +3,12 @@
 
 #include "node.h"
 
-#include <utility>
 #include <vector>
 
 /// Kept in the order of their paths, in which they are mostly asked for as well: the node behind the one found last is
 /// at hand, any other is searched for.
 class Directory {
 public:
-    using Entry = std::pair<QString, Node>; ///< with its path
-
     /// From entries in any order.
     explicit Directory(std::vector<Entry> read);
 

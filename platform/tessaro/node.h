@@ -3,6 +3,8 @@
 
 #include "registry/tessaroclient.h"
 
+#include <utility>
+
 struct Node {
     _RegNodeType kind;
     QString value; ///< a key's text; of no meaning in a directory
@@ -21,6 +23,9 @@ inline Node directoryNode() {
 inline Node keyNode(const QString &value) {
     return {RegNodeKey, value};
 }
+
+/// A node with its path.
+using Entry = std::pair<QString, Node>;
 
 /// The kinds of a directory's nodes by their paths, as a client is handed them.
 using Listing = QMap<QString, _RegNodeType>;

@@ -7,7 +7,7 @@
 ///     root/view                  | title | Hello (a key's text)
 #pragma once
 
-#include "directory.h"
+#include "node.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -27,7 +27,7 @@ public:
     using Stamp = std::uint32_t;
 
     struct Listed {
-        std::vector<Directory::Entry> entries;
+        std::vector<Entry> entries;
         Stamp stamp; ///< of the state that was read
     };
 

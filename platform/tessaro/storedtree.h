@@ -1,6 +1,7 @@
 /// The committed tree, read at the cost of memory.
 #pragma once
 
+#include "directory.h"
 #include "store.h"
 
 #include <unordered_map>

@@ -5,6 +5,8 @@
 
 #include <QtCore/QStringList>
 
+#include <set>
+
 namespace {
 
 /// Of a path at which no node was found.

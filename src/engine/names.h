@@ -33,5 +33,6 @@ std::optional<QXmlName> makeName(QXmlNamePool pool, const QString &local, const 
 /// there. Throws Error when they are too many or the pool cannot hold them.
 void reserveNames(const QXmlNamePool &pool, const Names &names);
 
-/// The names in a document that the engine wrote itself from the settings: nothing but elements and text.
+/// The names of the elements in a document that the engine wrote from the settings. Its few attributes have names of
+/// the stylesheet's.
 Names namesOfSettings(const QByteArray &document);
