@@ -30,9 +30,14 @@ sqlite3_file *fileOf(const SQLite::Database &database) {
     return file;
 }
 
-QString text(const SQLite::Column &column) {
-    const char *const data = column.getText();
-    return decodeUtf8(data, column.getBytes());
+QString pathOf(const QString &prefix, const SQLite::Column &name) {
+    const char *const text = name.getText();
+    return appendUtf8(prefix, text, name.getBytes());
+}
+
+Node nodeOf(const SQLite::Column &value) {
+    const char *const text = value.getText(nullptr);
+    return text ? keyNode(decodeUtf8(text, value.getBytes())) : directoryNode();
 }
 
 } // namespace
@@ -65,9 +70,12 @@ Store::Listed Store::list(const QString &directory) {
     lister.bind(1, directory.toStdString());
     const QString prefix = childOf(directory, QString());
     Listed read;
-    while (lister.executeStep() && !lister.isColumnNull(0)) {
-        const QString path = prefix + text(lister.getColumn(0));
-        read.entries.emplace_back(path, lister.isColumnNull(1) ? directoryNode() : keyNode(text(lister.getColumn(1))));
+    while (lister.executeStep()) {
+        const SQLite::Column name = lister.getColumn(0);
+        if (name.isNull()) {
+            break;
+        }
+        read.entries.emplace_back(pathOf(prefix, name), nodeOf(lister.getColumn(1)));
     }
     read.stamp = stamp();
     return read;
