@@ -33,6 +33,10 @@ const Node *Directory::findNext(const QString &path) {
     return next < entries.size() && entries[next].first == path ? &entries[next++].second : nullptr;
 }
 
+const Node *Directory::findAgain(const QString &path) const {
+    return next > 0 && next <= entries.size() && entries[next - 1].first == path ? &entries[next - 1].second : nullptr;
+}
+
 Listing Directory::list() {
     Listing kinds;
     for (const auto &[path, node] : entries) {

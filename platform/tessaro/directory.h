@@ -18,6 +18,9 @@ public:
     /// The node at @p path, if it is the one behind the one found last.
     const Node *findNext(const QString &path);
 
+    /// The node at @p path, if it is the one found last.
+    const Node *findAgain(const QString &path) const;
+
     /// All nodes, of which the first is the next.
     Listing list();
 

@@ -19,6 +19,10 @@ QString parentOf(const QString &path) {
     return path.left(qMax(path.lastIndexOf(separator), 0));
 }
 
+bool isIn(const QString &path, const QString &directory) {
+    return path.lastIndexOf(separator) == directory.size() && path.startsWith(directory);
+}
+
 QString nameOf(const QString &path) {
     return path.mid(path.lastIndexOf(separator) + 1);
 }

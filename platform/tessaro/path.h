@@ -11,6 +11,9 @@ bool isPath(const QString &text);
 /// The directory that holds @p path; empty for a node at the top.
 QString parentOf(const QString &path);
 
+/// Whether @p path has the parent @p directory, which is not the top.
+bool isIn(const QString &path, const QString &directory);
+
 /// The last component.
 QString nameOf(const QString &path);
 

@@ -6,34 +6,32 @@ const Node *StoredTree::find(const QString &path) {
     if (!changing) {
         dropOutdated();
     }
-    return known(path);
+    const Node *const node = known(path);
+    beginWalk();
+    return node;
+}
+
+const Node *StoredTree::findNext(const QString &path) {
+    const Node *const node = walked ? walked->findNext(path) : nullptr;
+    return node ? node : find(path);
+}
+
+const Node *StoredTree::findAgain(const QString &path) {
+    const Node *const node = walked ? walked->findAgain(path) : nullptr;
+    return node ? node : findNext(path);
 }
 
 Listing StoredTree::children(const QString &directoryPath) {
     if (!changing) {
         dropOutdated();
     }
-    return directory(directoryPath).list();
-}
-
-Listing StoredTree::walk(const QString &directoryPath) {
-    const Listing nodes = children(directoryPath);
-    walked = &current->second;
+    Listing nodes = directory(directoryPath).list();
+    beginWalk();
     return nodes;
 }
 
-const Node *StoredTree::findWalked(const QString &path) {
-    if (walked) {
-        if (const Node *const node = walked->findNext(path)) {
-            return node;
-        }
-        endWalk();
-    }
-    return find(path);
-}
-
 const Node *StoredTree::known(const QString &path) {
-    if (!isCurrent(path)) {
+    if (!current || !isIn(path, current->first)) {
         if (!isPath(path)) {
             return nullptr;
         }
@@ -57,9 +55,9 @@ Directory &StoredTree::directory(const QString &path) {
     return current->second;
 }
 
-/// Whether @p path would lie in the current directory.
-bool StoredTree::isCurrent(const QString &path) const {
-    return current && path.lastIndexOf(QLatin1Char('/')) == current->first.size() && path.startsWith(current->first);
+/// Through the directory that was looked into just now.
+void StoredTree::beginWalk() {
+    walked = changing || !current ? nullptr : &current->second;
 }
 
 void StoredTree::dropOutdated() {
@@ -93,6 +91,7 @@ void StoredTree::forget(const QString &path) {
 
 StoredTree::Change::Change(StoredTree &changed) : tree(changed), transaction(changed.store.write()) {
     tree.dropOutdated();
+    tree.walked = nullptr;
     tree.changing = true;
 }
 
@@ -112,8 +111,8 @@ void StoredTree::Change::remove(const QString &path) {
 }
 
 void StoredTree::Change::put(const QString &path, const Node &node) {
-    const QString above = parentOf(path);
-    if (above != present) {
+    if (!isIn(path, present)) {
+        const QString above = parentOf(path);
         const Node *const parent = tree.known(above);
         if (!above.isEmpty() && (!parent || parent->isKey())) {
             put(above, directoryNode());

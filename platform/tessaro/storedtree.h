@@ -12,21 +12,19 @@ class StoredTree {
 public:
     explicit StoredTree(const std::string &file) : store(file) {}
 
-    /// The node at @p path; null when there is none, or no such path can be. Good until the next call.
+    /// The node at @p path; null when there is none, or no such path can be. Good until the next call. It begins a walk
+    /// through the node's directory.
     const Node *find(const QString &path);
 
-    /// The nodes of @p directory; none where there is no such directory.
+    /// The next node of the walk, if that is the one at @p path, as it was when the walk began; otherwise what `find`
+    /// finds.
+    const Node *findNext(const QString &path);
+
+    /// The node of the walk that was found last, if that is the one at @p path; otherwise what `findNext` finds.
+    const Node *findAgain(const QString &path);
+
+    /// The nodes of @p directory; none where there is no such directory. It begins a walk through them.
     Listing children(const QString &directory);
-
-    /// The same, to be walked through: until `endWalk`, or until another walk begins, its nodes may be asked of
-    /// `findWalked`, in their order.
-    Listing walk(const QString &directory);
-
-    /// The next node of the walk as it was when the walk began, if it is the one at @p path; otherwise what `find`
-    /// finds, and the walk has ended.
-    const Node *findWalked(const QString &path);
-
-    void endWalk() { walked = nullptr; }
 
     /// A change of the tree, all or nothing: undone when it is destroyed without having been committed.
     class Change {
@@ -54,7 +52,7 @@ public:
 private:
     const Node *known(const QString &path);
     Directory &directory(const QString &path);
-    bool isCurrent(const QString &path) const;
+    void beginWalk();
     void dropOutdated();
     void clear();
     void forget(const QString &path);
@@ -62,7 +60,7 @@ private:
     Store store;
     std::unordered_map<QString, Directory> directories;     ///< true while the file bears `stamp`
     std::pair<const QString, Directory> *current = nullptr; ///< the one that was looked into last
-    Directory *walked = nullptr;
+    Directory *walked = nullptr;                            ///< through which a walk goes
     Store::Stamp stamp = 0;
     bool changing = false; ///< a `Change` keeps the directories in step with what it writes, and everybody else out
 };

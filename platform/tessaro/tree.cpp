@@ -17,7 +17,7 @@ Status absent(const QString &path) {
 } // namespace
 
 Status Tree::contains(const QString &path) {
-    return find(path) ? Success : absent(path);
+    return find(path, &StoredTree::findNext) ? Success : absent(path);
 }
 
 Status Tree::get(const QString &path, QString &value) {
@@ -33,15 +33,14 @@ Status Tree::get(const QString &path, QString &value) {
 }
 
 Status Tree::list(const QString &path, Listing &entries) {
-    const bool isAllCommitted = pending.isEmpty();
-    const Node *const node = isAllCommitted ? stored.findWalked(path) : find(path);
+    const Node *const node = find(path, &StoredTree::findNext);
     if (!node) {
         return absent(path);
     }
     if (node->isKey()) {
         entries.insert(node->value, RegNodeValue);
     } else {
-        entries = isAllCommitted ? stored.walk(path) : children(path);
+        entries = children(path);
     }
     return Success;
 }
@@ -95,9 +94,13 @@ void Tree::fill(const QString &directory, const QString &source) {
 /// @p path, as they were made at first: with what their templates hold.
 void Tree::refill(const QString &path) {
     std::set<QString> directories;
+    QString last;
     pending.eachMade(path, [&](const QString &made, const Node & /*node*/) {
-        QString at = parentOf(made);
-        while (!at.isEmpty() && directories.insert(at).second) {
+        if (isIn(made, last)) {
+            return;
+        }
+        last = parentOf(made);
+        for (QString at = last; !at.isEmpty() && directories.insert(at).second;) {
             at = parentOf(at);
         }
     });
@@ -113,7 +116,7 @@ Status Tree::set(const QString &path, const QString &value) {
     if (!value.isValidUtf16()) {
         return WrongKind;
     }
-    const Node *const node = find(path);
+    const Node *const node = find(path, &StoredTree::findAgain);
     if (!node) {
         if (!isPath(path)) {
             return WrongKind;
@@ -143,7 +146,6 @@ Status Tree::del(const QString &path) {
 }
 
 Status Tree::commit(const QString &path) {
-    stored.endWalk();
     if (!isPath(path)) {
         return WrongKind;
     }
@@ -174,7 +176,6 @@ Status Tree::commit(const QString &path) {
 }
 
 Status Tree::rollback(const QString &path) {
-    stored.endWalk();
     if (path.isEmpty()) {
         pending = PendingChanges();
         return Success;
@@ -187,17 +188,16 @@ Status Tree::rollback(const QString &path) {
 }
 
 bool Tree::isCommitted(const QString &path, const QString &value) {
-    stored.endWalk();
     const Node *const node = stored.find(path);
     return node && *node == keyNode(value);
 }
 
-const Node *Tree::find(const QString &path) {
-    stored.endWalk();
+/// The node at @p path, which is looked up among the committed ones by @p lookUp.
+const Node *Tree::find(const QString &path, LookUp lookUp) {
     if (const Node *const made = pending.find(path)) {
         return made;
     }
-    return pending.hides(path) ? nullptr : stored.find(path);
+    return pending.hides(path) ? nullptr : (stored.*lookUp)(path);
 }
 
 Listing Tree::children(const QString &directory) {

@@ -7,6 +7,10 @@
 
 /// The rules of the tree over the committed nodes and the client's pending changes. A failing status leaves everything
 /// as it was; a registry that cannot be read or written throws `SQLite::Exception`.
+///
+/// What others commit is seen by the next call. But where `contains`, `set` and `list` go through the nodes of one
+/// directory, in their order, they see them as they were at the first of these calls: none of the others looks at the
+/// file.
 class Tree {
 public:
     explicit Tree(const std::string &file) : stored(file) {}
@@ -14,9 +18,7 @@ public:
     Status contains(const QString &path);
     Status get(const QString &path, QString &value);
 
-    /// A directory's nodes by path, or a key's text as the one entry. Where nothing is
-    /// pending, and a directory is listed and then, by the calls that follow, its nodes in their order, they are shown
-    /// as they were at the first of these calls.
+    /// A directory's nodes by path, or a key's text as the one entry.
     Status list(const QString &path, Listing &entries);
 
     Status create(const QString &path);
@@ -35,7 +37,9 @@ public:
     bool isCommitted(const QString &path, const QString &value);
 
 private:
-    const Node *find(const QString &path);
+    using LookUp = const Node *(StoredTree::*)(const QString &path);
+
+    const Node *find(const QString &path, LookUp lookUp = &StoredTree::find);
     Listing children(const QString &directory);
     bool isNewAndEmpty(const QString &path);
     void fill(const QString &directory, const QString &source);

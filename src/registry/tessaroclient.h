@@ -2,9 +2,11 @@
 ///
 /// The registry is a tree. A path names one node: components joined by "/", no escaping, none of them empty. A
 /// node is a directory, which holds further nodes, or a key, which holds one text. Every operation returns a
-/// status; 0 is success. What another process has committed is seen by the next call, but for one case: the nodes of a
-/// directory may be listed as they were when the directory was, by the calls that follow that listing, in their order.
-/// What a client has written is pending, seen by that client alone, until it commits it.
+/// status; 0 is success. What another process has committed is seen by the next call, but for one case: where
+/// `contains`, `set` and `get` of children go through the nodes of one directory, in their order, all of them may see
+/// these nodes as they were at the first of the calls, which may be the listing of the directory. A second look at a
+/// node is a new one, but for a `set` right after it. What a client has written is pending, seen by that client alone,
+/// until it commits it.
 ///
 /// Whoever implements this header keeps the order of the virtual functions and the layout of the two classes: a
 /// vtable and one pointer.
