@@ -1,11 +1,13 @@
 #include "registry/viewkey.h"
 
+#include <QtCore/QStringBuilder>
+
 namespace {
 constexpr QLatin1Char separator('/');
 }
 
 QString ViewKey::name() const {
-    return mid(lastIndexOf(separator) + 1);
+    return nameIn(*this).toString();
 }
 
 ViewKey ViewKey::parent() const {
@@ -25,4 +27,12 @@ ViewKey &ViewKey::makeRelativeTo(const QString &base) {
     if (ViewKey(base).covers(*this))
         remove(0, base.size());
     return *this;
+}
+
+QStringView nameIn(const QString &path) {
+    return QStringView(path).mid(path.lastIndexOf(separator) + 1);
+}
+
+ViewKey childKey(const QString &directory, const QString &name) {
+    return ViewKey(directory % separator % name);
 }

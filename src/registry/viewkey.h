@@ -3,10 +3,11 @@
 #include <QtCore/QLatin1String>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QStringView>
 
 /// A registry path, such as `root/lumo-config-view/display`. Plain text joined by "/": nothing is escaped, checked
 /// or looked up. A null or empty text is a key like any other.
-class ViewKey : public QString {
+class ViewKey final : public QString {
 public:
     ViewKey() = default;
     ViewKey(const QString &path) : QString(path) {}
@@ -33,3 +34,9 @@ public:
     /// Takes @p base off the front where it covers this key; the "/" that followed it stays.
     ViewKey &makeRelativeTo(const QString &base);
 };
+
+/// What `ViewKey::name` returns, without a copy: good as long as the text of @p path.
+QStringView nameIn(const QString &path);
+
+/// The key of the entry called @p name in @p directory.
+ViewKey childKey(const QString &directory, const QString &name);

@@ -9,6 +9,7 @@
 #include <QtCore/QUuid>
 #include <QtCore/QVariant>
 
+#include <algorithm>
 #include <iterator>
 
 namespace {
@@ -18,6 +19,10 @@ QString elementName(const QString &entry) {
     if (QUuid(entry).isNull())
         return entry;
     return QStringLiteral("uuid-") + QString(entry).remove(QLatin1Char('{')).remove(QLatin1Char('}'));
+}
+
+int numberOf(const QXmlNodeModelIndex &node) {
+    return static_cast<int>(node.data());
 }
 
 } // namespace
@@ -32,7 +37,7 @@ QXmlNodeModelIndex LumoConfigView::indexForKey(const QString &key) {
 
 Names LumoConfigView::names() const {
     Names all;
-    for (const QXmlName &name : elementNames)
+    for (const auto &[entry, name] : elementNames)
         all.local.insert(name.localName(namePool()));
     return all;
 }
@@ -55,41 +60,37 @@ QXmlNodeModelIndex LumoConfigView::root(const QXmlNodeModelIndex & /*node*/) con
 }
 
 QXmlName LumoConfigView::name(const QXmlNodeModelIndex &node) const {
-    const QString entry = keyOf(node).name();
-    const auto known = elementNames.constFind(entry);
-    if (known != elementNames.constEnd())
-        return *known;
-    const auto made = makeName(namePool(), elementName(entry));
+    const QStringView entry = nameIn(keyOf(node));
+    const auto known = elementNames.find(entry);
+    if (known != elementNames.end())
+        return known->second;
+    const auto made = makeName(namePool(), elementName(entry.toString()));
     if (!made)
         throw Error(tooManyNames());
-    return *elementNames.insert(entry, *made);
+    return elementNames.emplace(entry, *made).first->second;
 }
 
 QString LumoConfigView::stringValue(const QXmlNodeModelIndex &node) const {
-    return node.additionalData() == KeyText ? typedValue(node).toString() : QSimpleXmlNodeModel::stringValue(node);
+    return node.additionalData() == KeyText ? valueOf(keyOf(node)) : QSimpleXmlNodeModel::stringValue(node);
 }
 
 QVariant LumoConfigView::typedValue(const QXmlNodeModelIndex &node) const {
-    const Children &values = readChildren(keyOf(node));
-    return values.size() == 1 ? values.firstKey() : QString();
+    return valueOf(keyOf(node));
 }
 
 QXmlNodeModelIndex LumoConfigView::nextFromSimpleAxis(SimpleAxis axis, const QXmlNodeModelIndex &node) const {
-    const ViewKey key = keyOf(node);
     const auto code = node.additionalData();
     switch (axis) {
     case Parent:
-        if (code == KeyText)
-            return nodeFor(key, KeyElement);
-        return key.contains(QLatin1Char('/')) ? nodeFor(key.parent(), DirectoryElement) : QXmlNodeModelIndex();
+        return code == KeyText ? createIndex(node.data(), KeyElement) : parent(node);
     case FirstChild:
         if (code == DirectoryElement)
-            return firstChild(key);
-        return code == KeyElement ? nodeFor(key, KeyText) : QXmlNodeModelIndex();
+            return firstChild(node);
+        return code == KeyElement ? createIndex(node.data(), KeyText) : QXmlNodeModelIndex();
     case PreviousSibling:
-        return sibling(node, key, -1);
+        return sibling(node, -1);
     case NextSibling:
-        return sibling(node, key, +1);
+        return sibling(node, +1);
     }
     return {};
 }
@@ -99,65 +100,113 @@ QVector<QXmlNodeModelIndex> LumoConfigView::attributes(const QXmlNodeModelIndex 
 }
 
 const ViewKey &LumoConfigView::keyOf(const QXmlNodeModelIndex &node) const {
-    return keys.at(static_cast<int>(node.data()));
+    return keys.at(numberOf(node));
 }
 
+QString LumoConfigView::valueOf(const ViewKey &key) const {
+    const Children &values = readChildren(key);
+    return values.size() == 1 ? values.firstKey() : QString();
+}
+
+/// The node of the path. Only few are asked for in this way.
 QXmlNodeModelIndex LumoConfigView::nodeFor(const ViewKey &key, int code) const {
-    const int number = index.numberFor(key);
-    if (number == keys.size()) // it is new to both
-        keys.append(key);
-    return createIndex(static_cast<qint64>(number), code);
+    int number = keys.indexOf(key);
+    if (number < 0) {
+        number = addNode(key, Place());
+        unplaced.append(number);
+    }
+    return createIndex(qint64(number), code);
+}
+
+QXmlNodeModelIndex LumoConfigView::parent(const QXmlNodeModelIndex &origin) const {
+    if (const Listing *const listing = places.at(numberOf(origin)).listing)
+        return createIndex(qint64(listing->directory), DirectoryElement);
+    const ViewKey &key = keyOf(origin);
+    return key.contains(QLatin1Char('/')) ? nodeFor(key.parent(), DirectoryElement) : QXmlNodeModelIndex();
+}
+
+QXmlNodeModelIndex LumoConfigView::firstChild(const QXmlNodeModelIndex &origin) const {
+    Listing &listing = listingOf(numberOf(origin));
+    if (listing.entries.isEmpty())
+        return {};
+    // the view's root, at level 1, has one "/"
+    if (keyOf(origin).count(QLatin1Char('/')) >= maximumDepth)
+        throw Error(tooDeep());
+    return nodeAt({&listing, 0, listing.entries.cbegin()});
+}
+
+QXmlNodeModelIndex LumoConfigView::sibling(const QXmlNodeModelIndex &origin, int delta) const {
+    if (origin.additionalData() == KeyText)
+        return {};
+    const Place place = placeOf(origin);
+    if (!place.listing)
+        return {};
+    const Children &entries = place.listing->entries;
+    const int position = place.position + delta;
+    if (position < 0 || position >= entries.size())
+        return {};
+    return nodeAt({place.listing, position, place.position < 0 ? entries.cbegin() : std::next(place.entry, delta)});
 }
 
 /// The node of the entry at @p place, if it is of a kind that has one.
-QXmlNodeModelIndex LumoConfigView::nodeAt(const NodeIndex::Place &place) const {
+QXmlNodeModelIndex LumoConfigView::nodeAt(const Place &place) const {
     if (*place.entry != RegNodeDir && *place.entry != RegNodeKey)
         return {};
-    const QXmlNodeModelIndex node =
-        nodeFor(place.entry.key(), *place.entry == RegNodeDir ? DirectoryElement : KeyElement);
-    index.setPlace(static_cast<int>(node.data()), place);
-    return node;
-}
-
-QXmlNodeModelIndex LumoConfigView::firstChild(const ViewKey &key) const {
-    const Children &children = readChildren(key);
-    if (children.isEmpty())
-        return {};
-    // the view's root, at level 1, has one "/"
-    if (key.count(QLatin1Char('/')) >= maximumDepth)
-        throw Error(tooDeep());
-    return nodeAt({&children, children.cbegin()});
-}
-
-QXmlNodeModelIndex LumoConfigView::sibling(const QXmlNodeModelIndex &origin, const ViewKey &key, int delta) const {
-    if (origin.additionalData() == KeyText)
-        return {};
-    NodeIndex::Place place = placeOf(origin, key);
-    if (!place.listing)
-        return {};
-
-    const auto begin = place.listing->cbegin();
-    const auto end = place.listing->cend();
-    if (place.entry == end) { // not listed: it counts as standing before the first
-        place.entry = delta > 0 ? begin : end;
-    } else if (delta < 0 && place.entry == begin) {
-        place.entry = end;
-    } else {
-        std::advance(place.entry, delta);
+    int &number = place.listing->numbers[static_cast<std::size_t>(place.position)];
+    if (number < 0) {
+        const QString &path = place.entry.key();
+        number = takeUnplaced(path);
+        if (number < 0)
+            number = addNode(path, place);
+        else
+            places[number] = place;
     }
-    return place.entry == end ? QXmlNodeModelIndex() : nodeAt(place);
+    return createIndex(qint64(number), *place.entry == RegNodeDir ? DirectoryElement : KeyElement);
 }
 
-/// Where the listing of @p key's parent holds it; no listing when it has no parent.
-NodeIndex::Place LumoConfigView::placeOf(const QXmlNodeModelIndex &origin, const ViewKey &key) const {
-    const NodeIndex::Place known = index.place(static_cast<int>(origin.data()));
+int LumoConfigView::addNode(const ViewKey &key, const Place &place) const {
+    keys.append(key);
+    places.append(place);
+    return keys.size() - 1;
+}
+
+/// The number of the node at @p path if it was asked for by that and not met in a listing, otherwise -1. After this it
+/// counts as met.
+int LumoConfigView::takeUnplaced(const QString &path) const {
+    const auto found =
+        std::find_if(unplaced.begin(), unplaced.end(), [&](int number) { return keys.at(number) == path; });
+    if (found == unplaced.end())
+        return -1;
+    const int number = *found;
+    unplaced.erase(found);
+    return number;
+}
+
+/// Where @p origin stands in the listing of its parent; no listing when it has no parent.
+Place LumoConfigView::placeOf(const QXmlNodeModelIndex &origin) const {
+    const Place known = places.at(numberOf(origin));
     if (known.listing)
         return known;
-    const QXmlNodeModelIndex parent = nextFromSimpleAxis(Parent, origin);
-    if (parent.isNull())
+    const QXmlNodeModelIndex directory = nextFromSimpleAxis(Parent, origin);
+    if (directory.isNull())
         return {};
-    const Children &listing = readChildren(keyOf(parent));
-    return {&listing, listing.constFind(key)};
+
+    Listing &listing = listingOf(numberOf(directory));
+    const auto entry = listing.entries.constFind(keyOf(origin));
+    if (entry == listing.entries.cend())
+        return {&listing, -1, entry};
+    const Place place{&listing, static_cast<int>(std::distance(listing.entries.cbegin(), entry)), entry};
+    nodeAt(place);
+    return place;
+}
+
+Listing &LumoConfigView::listingOf(int directory) const {
+    const auto known = listings.find(directory);
+    if (known != listings.end())
+        return known->second;
+    const Children &entries = readChildren(keys.at(directory));
+    const Listing listing{directory, entries, std::vector<int>(static_cast<std::size_t>(entries.size()), -1)};
+    return listings.emplace(directory, listing).first->second;
 }
 
 const Children &LumoConfigView::readChildren(const QString &path) const {

@@ -3,10 +3,12 @@
 #include "engine/names.h"
 #include "registry/childrencache.h"
 #include "registry/viewkey.h"
-#include "view/nodeindex.h"
+#include "view/place.h"
 
 #include <QtCore/QVector>
 #include <QtXmlPatterns/QSimpleXmlNodeModel>
+
+#include <unordered_map>
 
 /// Shows the settings in the registry to the query engine as a read-only XML tree:
 ///
@@ -16,8 +18,10 @@
 ///                                                    1920x1080        KeyText
 ///
 /// A node is the number of its key in `keys`, given out in the order in which keys are first seen, and its code; a
-/// key's element and its text share the number. An entry named by a UUID is an element named `uuid-` and the UUID.
-/// Children come in the order of their names. There is no document node, attribute or namespace.
+/// key's element and its text share the number. The engine comes to nearly all of them through the listings, which
+/// remember the numbers; only a node that is asked for by its path is searched for. An entry named by a UUID is an
+/// element named `uuid-` and the UUID. Children come in the order of their names. There is no document node, attribute
+/// or namespace.
 ///
 /// Nothing is read before the engine walks there, and each path is read once. A read that fails throws TessaroError
 /// out of the engine's call; more names than the engine can hold, or more levels than it should, throw Error.
@@ -50,17 +54,24 @@ protected:
 
 private:
     const ViewKey &keyOf(const QXmlNodeModelIndex &node) const;
+    QString valueOf(const ViewKey &key) const;
     QXmlNodeModelIndex nodeFor(const ViewKey &key, int code) const;
-    QXmlNodeModelIndex nodeAt(const NodeIndex::Place &place) const;
-    QXmlNodeModelIndex firstChild(const ViewKey &key) const;
-    QXmlNodeModelIndex sibling(const QXmlNodeModelIndex &origin, const ViewKey &key, int delta) const;
-    NodeIndex::Place placeOf(const QXmlNodeModelIndex &origin, const ViewKey &key) const;
+    QXmlNodeModelIndex parent(const QXmlNodeModelIndex &origin) const;
+    QXmlNodeModelIndex firstChild(const QXmlNodeModelIndex &origin) const;
+    QXmlNodeModelIndex sibling(const QXmlNodeModelIndex &origin, int delta) const;
+    QXmlNodeModelIndex nodeAt(const Place &place) const;
+    int addNode(const ViewKey &key, const Place &place) const;
+    int takeUnplaced(const QString &path) const;
+    Place placeOf(const QXmlNodeModelIndex &origin) const;
+    Listing &listingOf(int directory) const;
     const Children &readChildren(const QString &path) const;
 
     // filled while the engine walks, which it does through const calls
     mutable TessaroClient client;
     mutable QVector<ViewKey> keys;
     mutable ChildrenCache childrenCache;
-    mutable NodeIndex index;
-    mutable QHash<QString, QXmlName> elementNames; // by the names of the entries
+    mutable QVector<Place> places;                     // by number
+    mutable std::unordered_map<int, Listing> listings; // by the number of the directory
+    mutable QVector<int> unplaced;                     // numbers of the nodes that were asked for by their path
+    mutable std::unordered_map<QStringView, QXmlName> elementNames; // by the names of the entries, which lie in `keys`
 };

@@ -88,6 +88,19 @@ private Q_SLOTS:
                  QStringLiteral("alpha ab a_b Zeta 1"));
     }
 
+    void aNodeIsTheSameHoweverItIsReached() {
+        addKeys({"a", "b", "c"});
+        const auto b = view->indexForKey(viewKey + QStringLiteral("/b"));
+        const auto a = view->nextFromSimpleAxis(OpenView::FirstChild, root);
+        QCOMPARE(view->nextFromSimpleAxis(OpenView::NextSibling, a).data(), b.data());
+        const auto c = view->nextFromSimpleAxis(OpenView::NextSibling, b);
+        QCOMPARE(view->indexForKey(viewKey + QStringLiteral("/c")).data(), c.data());
+        QCOMPARE(view->nextFromSimpleAxis(OpenView::PreviousSibling, b), a);
+        QCOMPARE(view->nextFromSimpleAxis(OpenView::FirstChild, root), a);
+        for (const auto &node : {a, b, c})
+            QCOMPARE(view->nextFromSimpleAxis(OpenView::Parent, node), root);
+    }
+
     void aStepToASiblingLooksUpNothingElse() {
         for (int i = 0; i < 300; ++i)
             addKeys({"k" + QByteArray::number(i)});
