@@ -8,6 +8,7 @@
 #include "engine/charreferences.h"
 #include "engine/documentguard.h"
 #include "engine/limits.h"
+#include "engine/plaindocument.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
 #include "registry/tessaroclient.h"
@@ -21,7 +22,10 @@ NamedDocument currentSettings() {
     QBuffer buffer;
     buffer.open(QIODevice::ReadWrite);
     GetCommand::exportConfig(&buffer);
-    return {buffer.data(), namesOfSettings(buffer.data())};
+    const auto names = namesOfPlainDocument(buffer.data());
+    if (!names) // an export is of that form, unless it is beyond the limit
+        throw Error(tooManyNames());
+    return {buffer.data(), *names};
 }
 
 void requireSupportedReferences(const QString &text) {

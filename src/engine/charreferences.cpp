@@ -1,5 +1,6 @@
 #include "engine/charreferences.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -25,8 +26,10 @@ int skipped(const QString &text, int at) {
     return at;
 }
 
-/// Whether the reference whose "&#" stands at @p at names a character above U+FFFF.
+/// Whether what begins with "&" at @p at is a reference to a character above U+FFFF.
 bool isUnsupported(const QString &text, int at) {
+    if (!text.midRef(at + 1).startsWith(QLatin1Char('#')))
+        return false;
     int digit = at + 2;
     const bool isHexadecimal = digit < text.size() && text.at(digit) == QLatin1Char('x');
     const uint base = isHexadecimal ? 16 : 10;
@@ -47,26 +50,27 @@ bool isUnsupported(const QString &text, int at) {
     return code > 0xffff;
 }
 
+/// Where the next reference to such a character stands from @p from on, -1 when there is none.
+int nextUnsupported(const QString &text, int from) {
+    const QLatin1Char begin('&');
+    int at = text.indexOf(begin, from);
+    while (at >= 0 && !isUnsupported(text, at))
+        at = text.indexOf(begin, at + 1);
+    return at;
+}
+
 } // namespace
 
 int lineOfUnsupportedReference(const QString &document) {
-    const bool mayHideMarkup = document.contains(QLatin1String("<!DOCTYPE"));
-    int opaqueEnd = 0;
-    int looked = 0;
-    for (int at = document.indexOf(QLatin1String("&#")); at >= 0; at = document.indexOf(QLatin1String("&#"), at + 2)) {
-        if (!isUnsupported(document, at))
-            continue;
-        if (!mayHideMarkup) {
-            for (; looked < at; ++looked) {
-                if (document.at(looked) != QLatin1Char('<'))
-                    continue;
-                opaqueEnd = skipped(document, looked);
-                looked = std::max(looked, opaqueEnd - 1);
-            }
-            if (at < opaqueEnd)
-                continue;
+    int at = nextUnsupported(document, 0);
+    if (at >= 0 && !document.contains(QLatin1String("<!DOCTYPE"))) {
+        const QLatin1Char markup('<');
+        for (int begin = document.indexOf(markup); begin >= 0 && begin < at;) {
+            const int end = skipped(document, begin);
+            if (at < end)
+                at = nextUnsupported(document, end);
+            begin = document.indexOf(markup, std::max(end, begin + 1));
         }
-        return document.leftRef(at).count(QLatin1Char('\n')) + 1;
     }
-    return 0;
+    return at < 0 ? 0 : document.leftRef(at).count(QLatin1Char('\n')) + 1;
 }

@@ -4,8 +4,6 @@
 #include "engine/limits.h"
 
 #include <algorithm>
-#include <string_view>
-#include <unordered_set>
 
 Names united(const Names &first, const Names &second) {
     return {first.local | second.local, first.prefixes | second.prefixes, first.namespaceUris | second.namespaceUris};
@@ -31,19 +29,4 @@ void reserveNames(const QXmlNamePool &pool, const Names &names) {
         anyRefused(names.prefixes, [&](const QString &prefix) { return isRefused({}, {}, prefix); }) ||
         anyRefused(names.namespaceUris, [&](const QString &uri) { return isRefused({}, uri, {}); }))
         throw Error(tooManyNames());
-}
-
-Names namesOfSettings(const QByteArray &document) {
-    const std::string_view text(document.constData(), static_cast<std::size_t>(document.size()));
-    std::unordered_set<std::string_view> found;
-    for (auto at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {
-        const std::string_view rest = text.substr(at + 1);
-        if (!rest.empty() && rest.front() != '/' && rest.front() != '?' && rest.front() != '!')
-            found.insert(rest.substr(0, rest.find_first_of(" />\n")));
-    }
-
-    Names names;
-    for (const std::string_view name : found)
-        names.local.insert(QString::fromUtf8(name.data(), static_cast<int>(name.size())));
-    return names;
 }

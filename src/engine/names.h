@@ -32,7 +32,3 @@ std::optional<QXmlName> makeName(QXmlNamePool pool, const QString &local, const 
 /// Makes all of @p names in the pool of a query that is compiled and not yet run, so that the run finds its names
 /// there. Throws Error when they are too many or the pool cannot hold them.
 void reserveNames(const QXmlNamePool &pool, const Names &names);
-
-/// The names of the elements in a document that the engine wrote from the settings. Its few attributes have names of
-/// the stylesheet's.
-Names namesOfSettings(const QByteArray &document);

@@ -3,6 +3,7 @@
 #include "commands/getcommand.h"
 #include "engine/charreferences.h"
 #include "engine/documentguard.h"
+#include "engine/plaindocument.h"
 #include "fuzz/fuzzeddevice.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
@@ -20,7 +21,17 @@ NamedDocument currentSettings() {
     QBuffer buffer;
     buffer.open(QIODevice::ReadWrite);
     GetCommand::exportConfig(&buffer);
-    return {buffer.data(), namesOfSettings(buffer.data())};
+    return {buffer.data(), namesOfPlainDocument(buffer.data()).value()};
+}
+
+/// The quick look at a plain document lets nothing pass that a reader would refuse, and misses none of its names.
+void checkQuickLook(const QByteArray &document) {
+    const auto quick = namesOfPlainDocument(document);
+    if (!quick)
+        return;
+    const Names names = checkDocument(document + "<!-- so it is not plain -->");
+    if (!quick->local.contains(names.local) || !names.prefixes.isEmpty() || !names.namespaceUris.isEmpty())
+        qFatal("the quick look missed a name");
 }
 
 /// An import without its applies.
@@ -44,8 +55,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uchar *data, std::size_t size) {
     static FuzzedDevice device;
     static const NamedDocument current = currentSettings();
 
+    const QByteArray document(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    checkQuickLook(document);
     device.reset();
-    import(QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(size)), current);
+    import(document, current);
     device.requireOnlySettingsChanged();
     return 0;
 }
