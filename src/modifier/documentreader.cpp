@@ -13,9 +13,12 @@ QT_WARNING_DISABLE_DEPRECATED // the reader whose messages and line numbers an a
     decodedDocument(const QByteArray &document) {
     QXmlInputSource source;
     source.setData(document);
-    return source.data()
-        .replace(QLatin1String("\r\n"), QLatin1String("\n"))
-        .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    QString text = source.data();
+    if (text.contains(QLatin1Char('\r'))) {
+        text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+        text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    }
+    return text;
 }
 
 void applyDocument(const QString &document, LumoConfigViewModifier &applier) {

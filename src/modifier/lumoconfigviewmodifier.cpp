@@ -54,7 +54,7 @@ bool LumoConfigViewModifier::startElement(const QString & /*namespaceUri*/, cons
         startPrinter(attributes);
     } else {
         checkPrinterName(localName);
-        currentKey = currentKey + QLatin1Char('/') + localName;
+        currentKey = childKey(currentKey, localName);
     }
     return true;
 }
@@ -64,7 +64,7 @@ bool LumoConfigViewModifier::endElement(const QString & /*namespaceUri*/, const 
     if (lastStartedElement == localName)
         characters(QStringLiteral(""));
 
-    if (currentKey.name() == localName) {
+    if (nameIn(currentKey) == localName) {
         currentKey = currentKey.parent();
         if (sessionTypes.contains(localName)) {
             endSessionType();
@@ -123,12 +123,17 @@ void LumoConfigViewModifier::setValue(const QString &value) {
 }
 
 bool LumoConfigViewModifier::isListedKey(const ViewKey &key) {
-    return children(key.parent()).value(key, RegNodeDir) == RegNodeKey;
+    if (key == knownAsNoKey) // the blanks between the elements of a section ask again and again
+        return false;
+    const bool isKey = children(key.parent()).value(key, RegNodeDir) == RegNodeKey;
+    if (!isKey)
+        knownAsNoKey = key;
+    return isKey;
 }
 
 /// Goes on below the entry of @p directory that the attributes name.
 void LumoConfigViewModifier::enterEntry(const QString &directory, const QXmlAttributes &attributes) {
-    currentKey = currentKey + QLatin1Char('/') + directory + QLatin1Char('/') + idOf(attributes).toString();
+    currentKey = childKey(childKey(currentKey, directory), idOf(attributes).toString());
 }
 
 /// Goes back from an entry of @p directory to the section that holds it.

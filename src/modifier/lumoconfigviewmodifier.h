@@ -64,6 +64,7 @@ private:
     QMap<QString, QString> printersByName; // paths of those not met so far
     bool expectingPrinterName = false;     // a printer has started, its name has not
     bool readingPrinterName = false;       // the next text is a printer's name
+    ViewKey knownAsNoKey;                  // the path that was last found to be none
 };
 
 QT_WARNING_POP

@@ -2,7 +2,7 @@
 #include "modifier/lumoconfigviewmodifier.h"
 
 void LumoConfigViewModifier::startSessionType(const QString &sessionType) {
-    preexistingSessions = children(currentKey + QLatin1Char('/') + sessionType + QStringLiteral("/sessions")).keys();
+    preexistingSessions = children(childKey(childKey(currentKey, sessionType), QStringLiteral("sessions"))).keys();
 }
 
 void LumoConfigViewModifier::startSession(const QXmlAttributes &attributes) {
