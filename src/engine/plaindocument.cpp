@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>";
 
 bool isNameByte(char byte) {
-    constexpr std::string_view others = "!\"&'/:<=>?";
+    constexpr std::string_view others = R"(!"&'/:<=>?)";
     return static_cast<unsigned char>(byte) > ' ' && others.find(byte) == std::string_view::npos;
 }
 
