@@ -12,8 +12,6 @@
 /// Removals come first, so a node made at or below a removed path is there, and alone.
 class PendingChanges {
 public:
-    bool isEmpty() const { return removed.empty() && made.empty(); }
-
     /// The node made at @p path; null when there is none. Good until the next change.
     const Node *find(const QString &path) const;
 

@@ -197,7 +197,7 @@ Place LumoConfigView::placeOf(const QXmlNodeModelIndex &origin) const {
     if (entry == listing.entries.cend())
         return {&listing, -1, entry};
     const Place place{&listing, static_cast<int>(std::distance(listing.entries.cbegin(), entry)), entry};
-    nodeAt(place);
+    nodeAt(place); // notes that it stands there
     return place;
 }
 
