@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::string_view declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>";
+constexpr std::string_view declaration = R"(<?xml version="1.0" encoding="UTF-8" ?>)";
 
 bool isNameByte(char byte) {
     constexpr std::string_view others = R"(!"&'/:<=>?)";

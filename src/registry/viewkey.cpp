@@ -34,5 +34,5 @@ QStringView nameIn(const QString &path) {
 }
 
 ViewKey childKey(const QString &directory, const QString &name) {
-    return ViewKey(directory % separator % name);
+    return QString(directory % separator % name);
 }
