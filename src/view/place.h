@@ -17,3 +17,4 @@ struct Place {
     int position = -1;          // -1: the listing does not hold it
     Children::const_iterator entry;
 };
+Q_DECLARE_TYPEINFO(Place, Q_MOVABLE_TYPE);
