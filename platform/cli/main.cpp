@@ -74,11 +74,11 @@ void dump(const Arguments &arguments) {
     Store store(registryFile());
     const SQLite::Transaction oneState = store.read();
     if (!arguments.isEmpty()) {
-        const Store::Listed above = store.list(parentOf(directory));
+        const std::vector<Entry> above = store.list(parentOf(directory));
         const auto isTheDirectory = [&](const auto &entry) {
             return entry.first == directory && !entry.second.isKey();
         };
-        if (!isPath(directory) || std::none_of(above.entries.cbegin(), above.entries.cend(), isTheDirectory)) {
+        if (!isPath(directory) || std::none_of(above.cbegin(), above.cend(), isTheDirectory)) {
             fail(QStringLiteral("\"%1\": there is no such directory").arg(directory));
         }
     }

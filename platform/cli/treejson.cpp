@@ -103,8 +103,8 @@ void writeTree(Store &store, const QString &directory, const QJsonObject &tree) 
 
 QJsonObject readTree(Store &store, const QString &directory) {
     QJsonObject tree;
-    const Store::Listed read = store.list(directory);
-    for (const auto &[path, node] : read.entries) {
+    const std::vector<Entry> entries = store.list(directory);
+    for (const auto &[path, node] : entries) {
         tree.insert(nameOf(path), node.isKey() ? QJsonValue(node.value) : QJsonValue(readTree(store, path)));
     }
     return tree;

@@ -24,6 +24,16 @@ public:
     /// All nodes, of which the first is the next.
     Listing list();
 
+    /// Calls @p visit with the path of each node that is a directory itself.
+    template <typename Visit>
+    void eachDirectory(Visit visit) const {
+        for (const auto &[path, node] : entries) {
+            if (!node.isKey()) {
+                visit(path);
+            }
+        }
+    }
+
     /// Before others, moves all that follow.
     void put(const QString &path, const Node &node);
 

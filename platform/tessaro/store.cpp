@@ -44,12 +44,11 @@ Node nodeOf(const SQLite::Column &value) {
 
 Store::Store(const std::string &path)
     : database(openDatabase(path)), file(fileOf(database)),
-      // the last row closes the listing: on it the read lock is still held, in an empty directory too
-      lister(database, "SELECT name, value FROM node WHERE directory = ?1 UNION ALL SELECT NULL, NULL"),
-      putter(database, "INSERT INTO node VALUES (?1, ?2, ?3)"
-                       " ON CONFLICT (directory, name) DO UPDATE SET value = excluded.value"),
-      remover(database, "DELETE FROM node WHERE (directory = ?1 AND name = ?2)"
-                        " OR directory = ?3 OR (directory > ?4 AND directory < ?5)") {}
+      lister(database, "SELECT name, value FROM node WHERE directory = ?1") {}
+
+SQLite::Statement &Store::prepared(LazyStatement &statement, const char *sql) {
+    return statement ? *statement : statement.emplace(database, sql);
+}
 
 void Store::format(const std::string &file) {
     openDatabase(file).exec("CREATE TABLE node (directory TEXT NOT NULL, name TEXT NOT NULL, value TEXT,"
@@ -65,43 +64,42 @@ Store::Stamp Store::stamp() const {
     return qFromBigEndian(bigEndian);
 }
 
-Store::Listed Store::list(const QString &directory) {
+std::vector<Entry> Store::list(const QString &directory) {
     const auto done = qScopeGuard([this] { lister.tryReset(); });
     lister.bind(1, directory.toStdString());
     const QString prefix = childOf(directory, QString());
-    Listed read;
+    std::vector<Entry> entries;
     while (lister.executeStep()) {
-        const SQLite::Column name = lister.getColumn(0);
-        if (name.isNull()) {
-            break;
-        }
-        read.entries.emplace_back(pathOf(prefix, name), nodeOf(lister.getColumn(1)));
+        entries.emplace_back(pathOf(prefix, lister.getColumn(0)), nodeOf(lister.getColumn(1)));
     }
-    read.stamp = stamp();
-    return read;
+    return entries;
 }
 
 void Store::put(const QString &path, const Node &node) {
-    const auto done = qScopeGuard([this] { putter.tryReset(); });
-    putter.bind(1, parentOf(path).toStdString());
-    putter.bind(2, nameOf(path).toStdString());
+    SQLite::Statement &put = prepared(putter, "INSERT INTO node VALUES (?1, ?2, ?3)"
+                                              " ON CONFLICT (directory, name) DO UPDATE SET value = excluded.value");
+    const auto done = qScopeGuard([&put] { put.tryReset(); });
+    put.bind(1, parentOf(path).toStdString());
+    put.bind(2, nameOf(path).toStdString());
     if (node.isKey()) {
-        putter.bind(3, node.value.toStdString());
+        put.bind(3, node.value.toStdString());
     } else {
-        putter.bind(3);
+        put.bind(3);
     }
-    putter.exec();
+    put.exec();
 }
 
 bool Store::remove(const QString &path) {
-    const auto done = qScopeGuard([this] { remover.tryReset(); });
+    SQLite::Statement &remove = prepared(remover, "DELETE FROM node WHERE (directory = ?1 AND name = ?2)"
+                                                  " OR directory = ?3 OR (directory > ?4 AND directory < ?5)");
+    const auto done = qScopeGuard([&remove] { remove.tryReset(); });
     const std::string text = path.toStdString();
-    remover.bind(1, parentOf(path).toStdString());
-    remover.bind(2, nameOf(path).toStdString());
-    remover.bind(3, text);
-    remover.bind(4, text + '/');
-    remover.bind(5, text + '0');
-    return remover.exec() > 0;
+    remove.bind(1, parentOf(path).toStdString());
+    remove.bind(2, nameOf(path).toStdString());
+    remove.bind(3, text);
+    remove.bind(4, text + '/');
+    remove.bind(5, text + '0');
+    return remove.exec() > 0;
 }
 
 void Store::clear() {

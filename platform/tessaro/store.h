@@ -14,6 +14,7 @@
 #include <SQLiteCpp/Transaction.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,22 +27,17 @@ public:
     /// Counts the commits that changed the file, whoever made them.
     using Stamp = std::uint32_t;
 
-    struct Listed {
-        std::vector<Entry> entries;
-        Stamp stamp; ///< of the state that was read
-    };
-
     /// Opens the registry at @p path, only for reading where the system allows no more; never creates it.
     explicit Store(const std::string &path);
 
     /// Makes the file at @p file, which is empty, a registry without a node.
     static void format(const std::string &file);
 
-    /// The stamp that the file bears now. A listing bearing the same one is still true.
+    /// The stamp that the file bears now. What was read while it bore the same one is still true.
     Stamp stamp() const;
 
     /// The nodes of @p directory with the keys' texts; none where there is no such directory.
-    Listed list(const QString &directory);
+    std::vector<Entry> list(const QString &directory);
 
     void put(const QString &path, const Node &node);
 
@@ -55,13 +51,17 @@ public:
     /// exists, nobody else writes.
     SQLite::Transaction write() { return SQLite::Transaction(database, SQLite::TransactionBehavior::IMMEDIATE); }
 
-    /// Begins a transaction in which all reads see one state.
+    /// Begins a transaction in which all reads see one state. From the first of them on nobody commits.
     SQLite::Transaction read() { return SQLite::Transaction(database); }
 
 private:
+    using LazyStatement = std::optional<SQLite::Statement>;
+
+    SQLite::Statement &prepared(LazyStatement &statement, const char *sql);
+
     SQLite::Database database;
     sqlite3_file *file;
     SQLite::Statement lister;
-    SQLite::Statement putter;
-    SQLite::Statement remover;
+    LazyStatement putter; ///< many a client never writes
+    LazyStatement remover;
 };

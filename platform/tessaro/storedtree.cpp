@@ -2,10 +2,10 @@
 
 #include "path.h"
 
+#include <QtCore/QStringList>
+
 const Node *StoredTree::find(const QString &path) {
-    if (!changing) {
-        dropOutdated();
-    }
+    look();
     const Node *const node = known(path);
     beginWalk();
     return node;
@@ -22,10 +22,8 @@ const Node *StoredTree::findAgain(const QString &path) {
 }
 
 Listing StoredTree::children(const QString &directoryPath) {
-    if (!changing) {
-        dropOutdated();
-    }
-    Listing nodes = directory(directoryPath).list();
+    look();
+    Listing nodes = directory(directoryPath, AllBelow).list();
     beginWalk();
     return nodes;
 }
@@ -35,29 +33,57 @@ const Node *StoredTree::known(const QString &path) {
         if (!isPath(path)) {
             return nullptr;
         }
-        directory(parentOf(path));
+        directory(parentOf(path), DirectoryAlone);
     }
     return current->second.find(path);
 }
 
-/// The directory at @p path, which is the current one from here on.
-Directory &StoredTree::directory(const QString &path) {
+/// The directory at @p path, which is the current one from here on. If it is not known yet, @p extent is read.
+Directory &StoredTree::directory(const QString &path, Extent extent) {
     auto listed = directories.find(path);
     if (listed == directories.end()) {
-        Store::Listed read = store.list(path);
-        if (!changing && read.stamp != stamp) {
-            clear();
-            stamp = read.stamp;
-        }
-        listed = directories.emplace(path, Directory(std::move(read.entries))).first;
+        read(path, extent);
+        listed = directories.find(path);
     }
     current = &*listed;
     return current->second;
 }
 
+void StoredTree::read(const QString &path, Extent extent) {
+    if (changing) { // in whose transaction this is
+        directories.merge(stored(path, extent));
+        return;
+    }
+    const SQLite::Transaction oneState = store.read();
+    Directories listed = stored(path, extent);
+    dropOutdated(); // others may have committed since the look
+    directories.merge(listed);
+}
+
+/// The directory at @p path as it is in the file, with all below it where @p extent says so.
+StoredTree::Directories StoredTree::stored(const QString &path, Extent extent) {
+    Directories listed;
+    QStringList paths(path);
+    for (int i = 0; i < paths.size(); ++i) {
+        const auto at = listed.emplace(paths.at(i), Directory(store.list(paths.at(i)))).first;
+        if (extent == AllBelow) {
+            at->second.eachDirectory([&paths](const QString &within) { paths.append(within); });
+        }
+    }
+    return listed;
+}
+
 /// Through the directory that was looked into just now.
 void StoredTree::beginWalk() {
     walked = changing || !current ? nullptr : &current->second;
+}
+
+/// Once in a call is enough; and within a change nobody else commits.
+void StoredTree::look() {
+    if (!looked && !changing) {
+        dropOutdated();
+        looked = true;
+    }
 }
 
 void StoredTree::dropOutdated() {

@@ -12,6 +12,9 @@ class StoredTree {
 public:
     explicit StoredTree(const std::string &file) : store(file) {}
 
+    /// From here on others may have committed: what is asked for next is asked of the file.
+    void lookAgain() { looked = false; }
+
     /// The node at @p path; null when there is none, or no such path can be. Good until the next call. It begins a walk
     /// through the node's directory.
     const Node *find(const QString &path);
@@ -23,7 +26,8 @@ public:
     /// The node of the walk that was found last, if that is the one at @p path; otherwise what `findNext` finds.
     const Node *findAgain(const QString &path);
 
-    /// The nodes of @p directory; none where there is no such directory. It begins a walk through them.
+    /// The nodes of @p directory; none where there is no such directory. It begins a walk through them. All below the
+    /// directory is read with it, since who lists one goes on to those in it.
     Listing children(const QString &directory);
 
     /// A change of the tree, all or nothing: undone when it is destroyed without having been committed.
@@ -50,17 +54,24 @@ public:
     };
 
 private:
+    using Directories = std::unordered_map<QString, Directory>;
+    enum Extent { DirectoryAlone, AllBelow };
+
     const Node *known(const QString &path);
-    Directory &directory(const QString &path);
+    Directory &directory(const QString &path, Extent extent);
+    void read(const QString &path, Extent extent);
+    Directories stored(const QString &path, Extent extent);
     void beginWalk();
+    void look();
     void dropOutdated();
     void clear();
     void forget(const QString &path);
 
     Store store;
-    std::unordered_map<QString, Directory> directories;     ///< true while the file bears `stamp`
+    Directories directories;                                ///< true while the file bears `stamp`
     std::pair<const QString, Directory> *current = nullptr; ///< the one that was looked into last
     Directory *walked = nullptr;                            ///< through which a walk goes
     Store::Stamp stamp = 0;
+    bool looked = false;   ///< whether others have committed, since this was last asked for anew
     bool changing = false; ///< a `Change` keeps the directories in step with what it writes, and everybody else out
 };

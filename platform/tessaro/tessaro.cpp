@@ -25,6 +25,7 @@ Tree &TessaroPrivate::registry() {
     if (!opened) {
         opened = std::make_unique<Tree>(registryFile());
     }
+    opened->beginCall();
     return *opened;
 }
 

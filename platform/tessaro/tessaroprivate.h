@@ -27,6 +27,7 @@ public:
     int requestApply(const QString &section, const QString &trigger) noexcept;
 
 private:
+    /// For one call.
     Tree &registry();
 
     std::unique_ptr<Tree> opened;

@@ -15,6 +15,9 @@ class Tree {
 public:
     explicit Tree(const std::string &file) : stored(file) {}
 
+    /// Begins a call of a client: what others have committed is looked for once in it.
+    void beginCall() { stored.lookAgain(); }
+
     Status contains(const QString &path);
     Status get(const QString &path, QString &value);
 
