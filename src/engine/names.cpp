@@ -12,9 +12,11 @@ Names united(const Names &first, const Names &second) {
 std::optional<QXmlName> makeName(QXmlNamePool pool, const QString &local, const QString &namespaceUri,
                                  const QString &prefix) {
     const QXmlName name(pool, local, namespaceUri, prefix);
-    if (name.localName(pool) != local || name.namespaceUri(pool) != namespaceUri || name.prefix(pool) != prefix)
-        return {};
-    return name;
+    // the empty namespace and prefix have their numbers in every pool
+    const bool isKept = name.localName(pool) == local &&
+                        (namespaceUri.isEmpty() || name.namespaceUri(pool) == namespaceUri) &&
+                        (prefix.isEmpty() || name.prefix(pool) == prefix);
+    return isKept ? std::optional(name) : std::nullopt;
 }
 
 void reserveNames(const QXmlNamePool &pool, const Names &names) {
