@@ -11,8 +11,21 @@ namespace {
 constexpr std::string_view declaration = R"(<?xml version="1.0" encoding="UTF-8" ?>)";
 
 bool isNameByte(char byte) {
-    constexpr std::string_view others = R"(!"&'/:<=>?)";
-    return static_cast<unsigned char>(byte) > ' ' && others.find(byte) == std::string_view::npos;
+    switch (byte) {
+    case '!':
+    case '"':
+    case '&':
+    case '\'':
+    case '/':
+    case ':':
+    case '<':
+    case '=':
+    case '>':
+    case '?':
+        return false;
+    default:
+        return static_cast<unsigned char>(byte) > ' ';
+    }
 }
 
 /// Takes one part after the other off a text.
