@@ -5,6 +5,7 @@
 
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
 #include <sys/stat.h>
 
 namespace {
@@ -39,8 +40,11 @@ void openForImport(QFile &file) {
 }
 
 QByteArray readDocument(QFile &file) {
-    const QByteArray document = file.size() > maximumDocumentSize ? QByteArray() : file.read(maximumDocumentSize + 1);
-    if (file.size() > maximumDocumentSize || document.size() > maximumDocumentSize)
+    const qint64 expected = std::min<qint64>(file.size(), maximumDocumentSize);
+    QByteArray document = file.read(expected + 1);
+    if (document.size() > expected) // it grows, or has no size, as a file below /proc
+        document += file.read(maximumDocumentSize + 1 - document.size());
+    if (document.size() > maximumDocumentSize)
         throw Error(tooLarge());
     return document;
 }
