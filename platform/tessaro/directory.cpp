@@ -37,6 +37,16 @@ const Node *Directory::findAgain(const QString &path) const {
     return next > 0 && next <= entries.size() && entries[next - 1].first == path ? &entries[next - 1].second : nullptr;
 }
 
+QStringList Directory::directories() const {
+    QStringList paths;
+    for (const auto &[path, node] : entries) {
+        if (!node.isKey()) {
+            paths.append(path);
+        }
+    }
+    return paths;
+}
+
 Listing Directory::list() {
     Listing kinds;
     for (const auto &[path, node] : entries) {

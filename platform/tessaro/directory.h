@@ -3,6 +3,8 @@
 
 #include "node.h"
 
+#include <QtCore/QStringList>
+
 #include <vector>
 
 /// Kept in the order of their paths, in which they are mostly asked for as well: the node behind the one found last is
@@ -24,15 +26,8 @@ public:
     /// All nodes, of which the first is the next.
     Listing list();
 
-    /// Calls @p visit with the path of each node that is a directory itself.
-    template <typename Visit>
-    void eachDirectory(Visit visit) const {
-        for (const auto &[path, node] : entries) {
-            if (!node.isKey()) {
-                visit(path);
-            }
-        }
-    }
+    /// The paths of those nodes that are directories themselves.
+    QStringList directories() const;
 
     /// Before others, moves all that follow.
     void put(const QString &path, const Node &node);

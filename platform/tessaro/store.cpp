@@ -76,30 +76,31 @@ std::vector<Entry> Store::list(const QString &directory) {
 }
 
 void Store::put(const QString &path, const Node &node) {
-    SQLite::Statement &put = prepared(putter, "INSERT INTO node VALUES (?1, ?2, ?3)"
-                                              " ON CONFLICT (directory, name) DO UPDATE SET value = excluded.value");
-    const auto done = qScopeGuard([&put] { put.tryReset(); });
-    put.bind(1, parentOf(path).toStdString());
-    put.bind(2, nameOf(path).toStdString());
+    SQLite::Statement &statement =
+        prepared(putter, "INSERT INTO node VALUES (?1, ?2, ?3)"
+                         " ON CONFLICT (directory, name) DO UPDATE SET value = excluded.value");
+    const auto done = qScopeGuard([&statement] { statement.tryReset(); });
+    statement.bind(1, parentOf(path).toStdString());
+    statement.bind(2, nameOf(path).toStdString());
     if (node.isKey()) {
-        put.bind(3, node.value.toStdString());
+        statement.bind(3, node.value.toStdString());
     } else {
-        put.bind(3);
+        statement.bind(3);
     }
-    put.exec();
+    statement.exec();
 }
 
 bool Store::remove(const QString &path) {
-    SQLite::Statement &remove = prepared(remover, "DELETE FROM node WHERE (directory = ?1 AND name = ?2)"
-                                                  " OR directory = ?3 OR (directory > ?4 AND directory < ?5)");
-    const auto done = qScopeGuard([&remove] { remove.tryReset(); });
+    SQLite::Statement &statement = prepared(remover, "DELETE FROM node WHERE (directory = ?1 AND name = ?2)"
+                                                     " OR directory = ?3 OR (directory > ?4 AND directory < ?5)");
+    const auto done = qScopeGuard([&statement] { statement.tryReset(); });
     const std::string text = path.toStdString();
-    remove.bind(1, parentOf(path).toStdString());
-    remove.bind(2, nameOf(path).toStdString());
-    remove.bind(3, text);
-    remove.bind(4, text + '/');
-    remove.bind(5, text + '0');
-    return remove.exec() > 0;
+    statement.bind(1, parentOf(path).toStdString());
+    statement.bind(2, nameOf(path).toStdString());
+    statement.bind(3, text);
+    statement.bind(4, text + '/');
+    statement.bind(5, text + '0');
+    return statement.exec() > 0;
 }
 
 void Store::clear() {

@@ -2,8 +2,6 @@
 
 #include "path.h"
 
-#include <QtCore/QStringList>
-
 const Node *StoredTree::find(const QString &path) {
     look();
     const Node *const node = known(path);
@@ -65,9 +63,12 @@ StoredTree::Directories StoredTree::stored(const QString &path, Extent extent) {
     Directories listed;
     QStringList paths(path);
     for (int i = 0; i < paths.size(); ++i) {
+        if (listed.count(paths.at(i)) != 0) {
+            continue; // a damaged file: two names that cannot be decoded are one
+        }
         const auto at = listed.emplace(paths.at(i), Directory(store.list(paths.at(i)))).first;
         if (extent == AllBelow) {
-            at->second.eachDirectory([&paths](const QString &within) { paths.append(within); });
+            paths += at->second.directories();
         }
     }
     return listed;

@@ -6,14 +6,14 @@
 
 #include <unordered_map>
 
-/// Keeps every directory that was listed, with its keys' texts, for as long as the file bears the stamp it was read
+/// Keeps every directory that was read, with its keys' texts, for as long as the file bears the stamp it was read
 /// under. Throws what `Store` throws.
 class StoredTree {
 public:
     explicit StoredTree(const std::string &file) : store(file) {}
 
-    /// From here on others may have committed: what is asked for next is asked of the file.
-    void lookAgain() { looked = false; }
+    /// What others have committed before is seen from here on, but by a walk that goes on.
+    void beginCall() { looked = false; }
 
     /// The node at @p path; null when there is none, or no such path can be. Good until the next call. It begins a walk
     /// through the node's directory.
@@ -72,6 +72,6 @@ private:
     std::pair<const QString, Directory> *current = nullptr; ///< the one that was looked into last
     Directory *walked = nullptr;                            ///< through which a walk goes
     Store::Stamp stamp = 0;
-    bool looked = false;   ///< whether others have committed, since this was last asked for anew
+    bool looked = false;   ///< whether `stamp` has been compared with the file's in this call
     bool changing = false; ///< a `Change` keeps the directories in step with what it writes, and everybody else out
 };

@@ -27,7 +27,7 @@ public:
     int requestApply(const QString &section, const QString &trigger) noexcept;
 
 private:
-    /// For one call.
+    /// Begins a call of it.
     Tree &registry();
 
     std::unique_ptr<Tree> opened;

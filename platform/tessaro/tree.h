@@ -9,14 +9,13 @@
 /// as it was; a registry that cannot be read or written throws `SQLite::Exception`.
 ///
 /// What others commit is seen by the next call. But where `contains`, `set` and `list` go through the nodes of one
-/// directory, in their order, they see them as they were at the first of these calls: none of the others looks at the
-/// file.
+/// directory, in their order, they see these nodes, though not what is in them, as they were at the first of the calls.
 class Tree {
 public:
     explicit Tree(const std::string &file) : stored(file) {}
 
-    /// Begins a call of a client: what others have committed is looked for once in it.
-    void beginCall() { stored.lookAgain(); }
+    /// Begins a call of a client: what others have committed is looked for at most once in it.
+    void beginCall() { stored.beginCall(); }
 
     Status contains(const QString &path);
     Status get(const QString &path, QString &value);

@@ -5,7 +5,6 @@
 
 #include <QtCore/QFileInfo>
 
-#include <algorithm>
 #include <sys/stat.h>
 
 namespace {
@@ -40,9 +39,11 @@ void openForImport(QFile &file) {
 }
 
 QByteArray readDocument(QFile &file) {
-    const qint64 expected = std::min<qint64>(file.size(), maximumDocumentSize);
-    QByteArray document = file.read(expected + 1);
-    if (document.size() > expected) // it grows, or has no size, as a file below /proc
+    const qint64 size = file.size();
+    if (size > maximumDocumentSize)
+        throw Error(tooLarge());
+    QByteArray document = file.read(size + 1);
+    if (document.size() > size) // it grows, or has no size, as a file below /proc
         document += file.read(maximumDocumentSize + 1 - document.size());
     if (document.size() > maximumDocumentSize)
         throw Error(tooLarge());

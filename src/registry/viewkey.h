@@ -34,7 +34,7 @@ public:
     /// Takes @p base off the front where it covers this key; the "/" that followed it stays.
     ViewKey &makeRelativeTo(const QString &base);
 };
-Q_DECLARE_TYPEINFO(ViewKey, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(ViewKey, Q_MOVABLE_TYPE); // nothing in it points into itself
 
 /// What `ViewKey::name` returns, without a copy: good as long as the text of @p path.
 QStringView nameIn(const QString &path);
