@@ -32,19 +32,16 @@ int readError(int errorPipe) {
 
 ChildProcess startProgram(const QVector<QByteArray> &command, int (*prepare)()) {
     std::vector<char *> arguments;
-    for (const QByteArray &argument : command) {
+    for (const QByteArray &argument : command)
         arguments.push_back(const_cast<char *>(argument.constData())); // execv's signature; it changes nothing
-    }
     arguments.push_back(nullptr);
 
     int errorPipe[2];
-    if (pipe2(errorPipe, O_CLOEXEC) != 0) {
+    if (pipe2(errorPipe, O_CLOEXEC) != 0)
         return {-1, errno};
-    }
     const pid_t pid = fork();
-    if (pid == 0) {
+    if (pid == 0)
         runInChild(arguments, prepare, errorPipe[1]);
-    }
     const int forkError = errno;
     close(errorPipe[1]);
     const int error = pid < 0 ? forkError : readError(errorPipe[0]);
@@ -54,13 +51,11 @@ ChildProcess startProgram(const QVector<QByteArray> &command, int (*prepare)()) 
 
 bool discard(int descriptor) {
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
-    if (nothing < 0) {
+    if (nothing < 0)
         return false;
-    }
     // when it came out as the very descriptor, only the flag is to go
     const bool done = nothing == descriptor ? fcntl(descriptor, F_SETFD, 0) == 0 : dup2(nothing, descriptor) >= 0;
-    if (nothing != descriptor) {
+    if (nothing != descriptor)
         close(nothing);
-    }
     return done;
 }

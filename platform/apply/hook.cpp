@@ -23,9 +23,8 @@ QByteArray hookFor(const QString &section) {
     const QByteArray name = section.mid(section.lastIndexOf(QLatin1Char('/')) + 1).toUtf8();
     for (const QByteArray &candidate : {name, QByteArrayLiteral("default")}) {
         const QByteArray file = hookFolder() + '/' + candidate;
-        if (isProgram(file)) {
+        if (isProgram(file))
             return file;
-        }
     }
     return {};
 }

@@ -39,9 +39,8 @@ std::optional<int> waitUntil(Clock::time_point deadline, pid_t pid) {
     int status = 0;
     while (waitpid(pid, &status, WNOHANG) == 0) {
         const auto left = deadline - Clock::now();
-        if (left <= Clock::duration::zero()) {
+        if (left <= Clock::duration::zero())
             return std::nullopt;
-        }
         const timespec timeout = toTimespec(left);
         sigtimedwait(&signals, nullptr, &timeout);
     }
@@ -62,9 +61,8 @@ QString runHook(const QByteArray &hook, const QString &section, const QString &t
 
     const auto deadline = Clock::now() + limit;
     const ChildProcess child = startProgram({hook, section.toUtf8(), trigger.toUtf8()}, prepareHook);
-    if (child.error != 0) {
+    if (child.error != 0)
         return QStringLiteral("cannot be executed: ") + QString::fromLocal8Bit(std::strerror(child.error));
-    }
     const std::optional<int> status = waitUntil(deadline, child.pid);
     if (!status) {
         kill(-child.pid, SIGKILL);

@@ -46,9 +46,8 @@ QString apply(const QString &section, const QString &trigger) {
 
 void report(TessaroClient &client, const QString &trigger, const QString &result) {
     int status = client.set(trigger, result, RegParamValue);
-    if (status == Success) {
+    if (status == Success)
         status = client.commit(trigger);
-    }
     if (status != Success) {
         std::fprintf(stderr, "tessaro-apply: cannot write the result to \"%s\": status %d\n", qUtf8Printable(trigger),
                      status);
@@ -65,20 +64,17 @@ void release(const QString &trigger) {
 
 /// Lets go of all that somebody could wait for: the caller's pipes, and the folder it was started in.
 void leave() {
-    if (chdir("/") != 0) {
+    if (chdir("/") != 0)
         std::fprintf(stderr, "tessaro-apply: cannot leave its folder: %s\n", std::strerror(errno));
-    }
-    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         discard(descriptor);
-    }
 }
 
 bool isGoneWithin(TessaroClient &client, const QString &trigger, std::chrono::seconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (client.contains(trigger) != NotFound) {
-        if (std::chrono::steady_clock::now() >= deadline) {
+        if (std::chrono::steady_clock::now() >= deadline)
             return false;
-        }
         std::this_thread::sleep_for(pollInterval);
     }
     return true;
@@ -105,8 +101,7 @@ int main(int argc, char **argv) {
     report(client, trigger, apply(section, trigger));
     release(trigger);
     leave();
-    if (!isGoneWithin(client, trigger, stay)) {
+    if (!isGoneWithin(client, trigger, stay))
         cleanUpAfterTool(client, trigger);
-    }
     return 0;
 }

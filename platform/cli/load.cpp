@@ -16,16 +16,14 @@ namespace {
 class NewFile {
 public:
     explicit NewFile(const std::string &target) : path(target + ".XXXXXX"), descriptor(mkstemp(path.data())) {
-        if (descriptor < 0) {
+        if (descriptor < 0)
             throw std::system_error(errno, std::generic_category(), target);
-        }
         // before SQLite opens the file: closing it later would drop SQLite's locks
         close(descriptor);
     }
     ~NewFile() {
-        if (!path.empty()) {
+        if (!path.empty())
             unlink(path.c_str());
-        }
     }
     NewFile(const NewFile &) = delete;
     NewFile &operator=(const NewFile &) = delete;
@@ -45,9 +43,8 @@ private:
 void makeFolderFor(const std::filesystem::path &file) {
     const std::filesystem::path folder = std::filesystem::absolute(file).parent_path();
     std::filesystem::create_directories(folder.parent_path());
-    if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
+    if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
         throw std::system_error(errno, std::generic_category(), folder);
-    }
 }
 
 void fill(const std::string &file, const QJsonObject &tree) {

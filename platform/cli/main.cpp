@@ -44,28 +44,24 @@ void check(int status, const QString &path) {
         {Unavailable, QStringLiteral("the registry cannot be read")},
         {CommitFailed, QStringLiteral("the registry cannot be written")},
     };
-    if (status != Success) {
+    if (status != Success)
         fail(QStringLiteral("\"%1\": %2").arg(path, reasons.value(status)));
-    }
 }
 
 void print(const QByteArray &text) {
     if (std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout) !=
             static_cast<size_t>(text.size()) ||
-        std::fflush(stdout) != 0) {
+        std::fflush(stdout) != 0)
         fail(QStringLiteral("cannot write: ") + QString::fromLocal8Bit(std::strerror(errno)));
-    }
 }
 
 void load(const Arguments &arguments) {
     QFile file(arguments[0]);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly))
         fail(QStringLiteral("cannot open \"%1\": %2").arg(file.fileName(), file.errorString()));
-    }
     const QByteArray text = file.readAll();
-    if (file.error() != QFile::NoError) {
+    if (file.error() != QFile::NoError)
         fail(QStringLiteral("cannot read \"%1\": %2").arg(file.fileName(), file.errorString()));
-    }
     replaceRegistry(registryFile(), parseTree(text));
 }
 
@@ -78,9 +74,8 @@ void dump(const Arguments &arguments) {
         const auto isTheDirectory = [&](const auto &entry) {
             return entry.first == directory && !entry.second.isKey();
         };
-        if (!isPath(directory) || std::none_of(above.cbegin(), above.cend(), isTheDirectory)) {
+        if (!isPath(directory) || std::none_of(above.cbegin(), above.cend(), isTheDirectory))
             fail(QStringLiteral("\"%1\": there is no such directory").arg(directory));
-        }
     }
     print(QJsonDocument(readTree(store, directory)).toJson());
 }
@@ -96,12 +91,10 @@ void set(const Arguments &arguments) {
     const QString &path = arguments[0];
     TessaroClient client;
     QString topmostNew = path;
-    while (!parentOf(topmostNew).isEmpty() && client.contains(parentOf(topmostNew)) != Success) {
+    while (!parentOf(topmostNew).isEmpty() && client.contains(parentOf(topmostNew)) != Success)
         topmostNew = parentOf(topmostNew);
-    }
-    if (topmostNew != path) {
+    if (topmostNew != path)
         client.create(parentOf(path), RegTypeString); // fails where another was faster, which is as good
-    }
     check(client.set(path, arguments[1], RegParamValue), path);
     check(client.commit(topmostNew), path); // with all that a new directory's template has brought
 }
@@ -114,9 +107,8 @@ const Subcommand subcommands[] = {
 };
 
 int usage() {
-    for (const Subcommand &subcommand : subcommands) {
+    for (const Subcommand &subcommand : subcommands)
         std::fprintf(stderr, "usage: tessaro %s %s\n", subcommand.name, subcommand.arguments);
-    }
     return 1;
 }
 
@@ -125,9 +117,8 @@ Arguments decode(int count, char **arguments) {
     for (int i = 0; i < count; ++i) {
         const QByteArray argument(arguments[i]);
         decoded.append(decodeUtf8(argument.constData(), argument.size()));
-        if (decoded.last().toUtf8() != argument) {
+        if (decoded.last().toUtf8() != argument)
             fail(QStringLiteral("\"%1\" is not UTF-8").arg(decoded.last()));
-        }
     }
     return decoded;
 }

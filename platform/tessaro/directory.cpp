@@ -12,19 +12,16 @@ bool precedes(const Entry &entry, const QString &path) {
 
 Directory::Directory(std::vector<Entry> read) : entries(std::move(read)) {
     const auto byPath = [](const Entry &a, const Entry &b) { return a.first < b.first; };
-    if (!std::is_sorted(entries.cbegin(), entries.cend(), byPath)) { // UTF-8 and UTF-16 have orders of their own
+    if (!std::is_sorted(entries.cbegin(), entries.cend(), byPath)) // UTF-8 and UTF-16 have orders of their own
         std::sort(entries.begin(), entries.end(), byPath);
-    }
 }
 
 const Node *Directory::find(const QString &path) {
-    if (const Node *const node = findNext(path)) {
+    if (const Node *const node = findNext(path))
         return node;
-    }
     const auto place = std::lower_bound(entries.cbegin(), entries.cend(), path, precedes);
-    if (place == entries.cend() || place->first != path) {
+    if (place == entries.cend() || place->first != path)
         return nullptr;
-    }
     next = static_cast<std::size_t>(place - entries.cbegin()) + 1;
     return &place->second;
 }
@@ -39,35 +36,30 @@ const Node *Directory::findAgain(const QString &path) const {
 
 QStringList Directory::directories() const {
     QStringList paths;
-    for (const auto &[path, node] : entries) {
-        if (!node.isKey()) {
+    for (const auto &[path, node] : entries)
+        if (!node.isKey())
             paths.append(path);
-        }
-    }
     return paths;
 }
 
 Listing Directory::list() {
     Listing kinds;
-    for (const auto &[path, node] : entries) {
+    for (const auto &[path, node] : entries)
         kinds.insert(kinds.cend(), path, node.kind);
-    }
     next = 0;
     return kinds;
 }
 
 void Directory::put(const QString &path, const Node &node) {
     const auto place = std::lower_bound(entries.begin(), entries.end(), path, precedes);
-    if (place != entries.end() && place->first == path) {
+    if (place != entries.end() && place->first == path)
         place->second = node;
-    } else {
+    else
         entries.emplace(place, path, node);
-    }
 }
 
 void Directory::erase(const QString &path) {
     const auto place = std::lower_bound(entries.cbegin(), entries.cend(), path, precedes);
-    if (place != entries.cend() && place->first == path) {
+    if (place != entries.cend() && place->first == path)
         entries.erase(place);
-    }
 }

@@ -7,9 +7,8 @@ const QLatin1Char separator('/');
 bool isPath(const QString &text) {
     QChar before = separator;
     for (const QChar character : text) {
-        if (character == separator && before == separator) {
+        if (character == separator && before == separator)
             return false;
-        }
         before = character;
     }
     return before != separator && text.isValidUtf16();

@@ -19,22 +19,18 @@ void eraseUnder(Paths &paths, const QString &path) {
 
 const Node *PendingChanges::find(const QString &path) const {
     // changes come in the order of the paths more often than not
-    if (made.empty() || made.crbegin()->first < path) {
+    if (made.empty() || made.crbegin()->first < path)
         return nullptr;
-    }
     const auto found = made.find(path);
     return found == made.end() ? nullptr : &found->second;
 }
 
 bool PendingChanges::hides(const QString &path) const {
-    if (removed.empty()) {
+    if (removed.empty())
         return false;
-    }
-    for (QString at = path; !at.isEmpty(); at = parentOf(at)) {
-        if (removed.count(at) != 0) {
+    for (QString at = path; !at.isEmpty(); at = parentOf(at))
+        if (removed.count(at) != 0)
             return true;
-        }
-    }
     return false;
 }
 
@@ -44,15 +40,12 @@ bool PendingChanges::isAnyUnder(const QString &path) const {
 
 void PendingChanges::overlay(const QString &directory, Listing &entries) const {
     const auto [firstRemoved, lastRemoved] = below(removed, directory);
-    for (auto path = firstRemoved; path != lastRemoved; ++path) {
+    for (auto path = firstRemoved; path != lastRemoved; ++path)
         entries.remove(*path); // nothing where it lies deeper
-    }
     const auto [firstMade, lastMade] = below(made, directory);
-    for (auto node = firstMade; node != lastMade; ++node) {
-        if (parentOf(node->first) == directory) {
+    for (auto node = firstMade; node != lastMade; ++node)
+        if (parentOf(node->first) == directory)
             entries.insert(node->first, node->second.kind);
-        }
-    }
 }
 
 void PendingChanges::make(const QString &path, const Node &node) {
@@ -61,9 +54,8 @@ void PendingChanges::make(const QString &path, const Node &node) {
 
 void PendingChanges::remove(const QString &path) {
     drop(path);
-    if (!hides(path)) {
+    if (!hides(path))
         removed.insert(path);
-    }
 }
 
 void PendingChanges::drop(const QString &path) {

@@ -45,16 +45,16 @@ public:
     /// it.
     template <typename Visit>
     void eachMade(const QString &path, Visit visit) const {
-        eachUnder(made, path, [&visit](const auto &entry) { visit(entry.first, entry.second); });
+        eachUnder(
+            made, path, [&visit](const auto &entry) { visit(entry.first, entry.second); });
     }
 
 private:
     template <typename Paths, typename Visit>
     static void eachUnder(const Paths &paths, const QString &path, Visit visit) {
         const auto self = paths.find(path);
-        if (self != paths.end()) {
+        if (self != paths.end())
             visit(*self);
-        }
         const auto [first, last] = below(paths, path);
         std::for_each(first, last, visit);
     }

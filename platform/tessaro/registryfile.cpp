@@ -7,12 +7,10 @@
 
 std::string registryFile() {
     const QByteArray named = qgetenv("TESSARO_REGISTRY");
-    if (!named.isEmpty()) {
+    if (!named.isEmpty())
         return named.toStdString();
-    }
-    if (geteuid() == 0) {
+    if (geteuid() == 0)
         return "/var/lib/tessaro/registry.db";
-    }
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     return QFile::encodeName(data + QLatin1String("/tessaro/registry.db")).toStdString();
 }

@@ -58,9 +58,8 @@ void Store::format(const std::string &file) {
 Store::Stamp Store::stamp() const {
     Stamp bigEndian = 0;
     const int result = file->pMethods->xRead(file, &bigEndian, sizeof bigEndian, changeCounterOffset);
-    if (result != SQLITE_OK) {
+    if (result != SQLITE_OK)
         throw SQLite::Exception(sqlite3_errstr(result), result);
-    }
     return qFromBigEndian(bigEndian);
 }
 
@@ -69,9 +68,8 @@ std::vector<Entry> Store::list(const QString &directory) {
     lister.bind(1, directory.toStdString());
     const QString prefix = childOf(directory, QString());
     std::vector<Entry> entries;
-    while (lister.executeStep()) {
+    while (lister.executeStep())
         entries.emplace_back(pathOf(prefix, lister.getColumn(0)), nodeOf(lister.getColumn(1)));
-    }
     return entries;
 }
 
@@ -82,11 +80,10 @@ void Store::put(const QString &path, const Node &node) {
     const auto done = qScopeGuard([&statement] { statement.tryReset(); });
     statement.bind(1, parentOf(path).toStdString());
     statement.bind(2, nameOf(path).toStdString());
-    if (node.isKey()) {
+    if (node.isKey())
         statement.bind(3, node.value.toStdString());
-    } else {
+    else
         statement.bind(3);
-    }
     statement.exec();
 }
 

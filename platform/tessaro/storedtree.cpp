@@ -28,9 +28,8 @@ Listing StoredTree::children(const QString &directoryPath) {
 
 const Node *StoredTree::known(const QString &path) {
     if (!current || !isIn(path, current->first)) {
-        if (!isPath(path)) {
+        if (!isPath(path))
             return nullptr;
-        }
         directory(parentOf(path), DirectoryAlone);
     }
     return current->second.find(path);
@@ -63,13 +62,11 @@ StoredTree::Directories StoredTree::stored(const QString &path, Extent extent) {
     Directories listed;
     QStringList paths(path);
     for (int i = 0; i < paths.size(); ++i) {
-        if (listed.count(paths.at(i)) != 0) {
+        if (listed.count(paths.at(i)) != 0)
             continue; // a damaged file: two names that cannot be decoded are one
-        }
         const auto at = listed.emplace(paths.at(i), Directory(store.list(paths.at(i)))).first;
-        if (extent == AllBelow) {
+        if (extent == AllBelow)
             paths += at->second.directories();
-        }
     }
     return listed;
 }
@@ -111,9 +108,8 @@ void StoredTree::forget(const QString &path) {
         listed = isGone ? directories.erase(listed) : std::next(listed);
     }
     const auto above = directories.find(parentOf(path));
-    if (above != directories.end()) {
+    if (above != directories.end())
         above->second.erase(path);
-    }
 }
 
 StoredTree::Change::Change(StoredTree &changed) : tree(changed), transaction(changed.store.write()) {
@@ -130,9 +126,8 @@ StoredTree::Change::~Change() {
 }
 
 void StoredTree::Change::remove(const QString &path) {
-    if (tree.store.remove(path)) {
+    if (tree.store.remove(path))
         wrote = true; // SQLite counts no commit that changes nothing
-    }
     present.clear();
     tree.forget(path);
 }
@@ -141,29 +136,24 @@ void StoredTree::Change::put(const QString &path, const Node &node) {
     if (!isIn(path, present)) {
         const QString above = parentOf(path);
         const Node *const parent = tree.known(above);
-        if (!above.isEmpty() && (!parent || parent->isKey())) {
+        if (!above.isEmpty() && (!parent || parent->isKey()))
             put(above, directoryNode());
-        }
         present = above;
     }
     const Node *const old = tree.known(path);
-    if (old && *old == node) {
+    if (old && *old == node)
         return;
-    }
-    if (old && node.isKey() && !old->isKey()) {
+    if (old && node.isKey() && !old->isKey())
         remove(path);
-    }
     tree.store.put(path, node);
     wrote = true;
-    if (tree.current) { // the directory that holds it, unless that was forgotten just now
+    if (tree.current) // the directory that holds it, unless that was forgotten just now
         tree.current->second.put(path, node);
-    }
 }
 
 void StoredTree::Change::commit() {
     transaction.commit();
     tree.changing = false;
-    if (wrote) {
+    if (wrote)
         ++tree.stamp; // as SQLite has just done in the file; another's commit meanwhile makes them differ
-    }
 }

@@ -9,14 +9,11 @@ bool isUuid(const QString &name) {
 
 QString templatePath(const QString &path) {
     QStringList names = path.split(QLatin1Char('/'));
-    if (names.first() == QLatin1String("root")) {
+    if (names.first() == QLatin1String("root"))
         names.removeFirst();
-    }
-    for (QString &name : names) {
-        if (isUuid(name)) {
+    for (QString &name : names)
+        if (isUuid(name))
             name = uuidPlaceholder;
-        }
-    }
     names.prepend(QStringLiteral("templates"));
     return names.join(QLatin1Char('/'));
 }

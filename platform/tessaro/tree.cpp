@@ -22,52 +22,42 @@ Status Tree::contains(const QString &path) {
 
 Status Tree::get(const QString &path, QString &value) {
     const Node *const node = find(path);
-    if (!node) {
+    if (!node)
         return absent(path);
-    }
-    if (!node->isKey()) {
+    if (!node->isKey())
         return WrongKind;
-    }
     value = node->value;
     return Success;
 }
 
 Status Tree::list(const QString &path, Listing &entries) {
     const Node *const node = find(path, &StoredTree::findNext);
-    if (!node) {
+    if (!node)
         return absent(path);
-    }
-    if (node->isKey()) {
+    if (node->isKey())
         entries.insert(node->value, RegNodeValue);
-    } else {
+    else
         entries = children(path);
-    }
     return Success;
 }
 
 Status Tree::create(const QString &path) {
-    if (!isPath(path)) {
+    if (!isPath(path))
         return WrongKind;
-    }
     QStringList missing;
     const Node *above = nullptr;
     for (QString at = path; !at.isEmpty() && !above; at = parentOf(at)) {
         above = find(at);
-        if (!above) {
+        if (!above)
             missing.prepend(at);
-        }
     }
-    if (missing.isEmpty() || (above && above->isKey())) {
+    if (missing.isEmpty() || (above && above->isKey()))
         return WrongKind;
-    }
-    for (const QString &directory : std::as_const(missing)) {
+    for (const QString &directory : std::as_const(missing))
         pending.make(directory, directoryNode());
-    }
-    for (const QString &directory : std::as_const(missing)) {
-        if (isUuid(nameOf(directory))) {
+    for (const QString &directory : std::as_const(missing))
+        if (isUuid(nameOf(directory)))
             fill(directory, templatePath(directory));
-        }
-    }
     return Success;
 }
 
@@ -76,17 +66,14 @@ void Tree::fill(const QString &directory, const QString &source) {
     for (auto entry = defaults.cbegin(); entry != defaults.cend(); ++entry) {
         const QString name = nameOf(entry.key());
         const Node *const found = find(entry.key());
-        if (name == uuidPlaceholder || !found) {
+        if (name == uuidPlaceholder || !found)
             continue; // a template of its own, or gone meanwhile
-        }
         const Node node = *found;
         const QString path = childOf(directory, name);
-        if (!find(path)) {
+        if (!find(path))
             pending.make(path, node);
-        }
-        if (!node.isKey()) {
+        if (!node.isKey())
             fill(path, entry.key());
-        }
     }
 }
 
@@ -96,13 +83,11 @@ void Tree::refill(const QString &path) {
     std::set<QString> directories;
     QString last;
     pending.eachMade(path, [&](const QString &made, const Node & /*node*/) {
-        if (isIn(made, last)) {
+        if (isIn(made, last))
             return;
-        }
         last = parentOf(made);
-        for (QString at = last; !at.isEmpty() && directories.insert(at).second;) {
+        for (QString at = last; !at.isEmpty() && directories.insert(at).second;)
             at = parentOf(at);
-        }
     });
     for (const QString &directory : directories) {
         if (isUuid(nameOf(directory)) && !find(directory)) {
@@ -113,19 +98,16 @@ void Tree::refill(const QString &path) {
 }
 
 Status Tree::set(const QString &path, const QString &value) {
-    if (!value.isValidUtf16()) {
+    if (!value.isValidUtf16())
         return WrongKind;
-    }
     const Node *const node = find(path, &StoredTree::findAgain);
     if (!node) {
-        if (!isPath(path)) {
+        if (!isPath(path))
             return WrongKind;
-        }
         const QString directory = parentOf(path);
         const Node *const above = find(directory);
-        if (!directory.isEmpty() && (!above || above->isKey())) {
+        if (!directory.isEmpty() && (!above || above->isKey()))
             return NotFound;
-        }
     } else if (!node->isKey() && !isNewAndEmpty(path)) {
         return WrongKind;
     }
@@ -139,39 +121,33 @@ bool Tree::isNewAndEmpty(const QString &path) {
 
 Status Tree::del(const QString &path) {
     const Status present = contains(path);
-    if (present == Success) {
+    if (present == Success)
         pending.remove(path);
-    }
     return present;
 }
 
 Status Tree::commit(const QString &path) {
-    if (!isPath(path)) {
+    if (!isPath(path))
         return WrongKind;
-    }
-    if (!pending.isAnyUnder(path)) {
+    if (!pending.isAnyUnder(path))
         return Success;
-    }
     const bool hiddenFromAbove = pending.hides(parentOf(path));
     StoredTree::Change change(stored);
     refill(path);
     pending.eachRemoval(path, [&](const QString &removed) { change.remove(removed); });
-    if (hiddenFromAbove) {
+    if (hiddenFromAbove)
         change.remove(path);
-    }
     bool anyMade = false;
     pending.eachMade(path, [&](const QString &made, const Node &node) {
         change.put(made, node);
         anyMade = true;
     });
     change.commit();
-    if (hiddenFromAbove) {
+    if (hiddenFromAbove)
         return Success; // the removal above is still to come, and all this is to outlive it
-    }
     pending.drop(path);
-    for (QString at = parentOf(path); anyMade && !at.isEmpty(); at = parentOf(at)) {
+    for (QString at = parentOf(path); anyMade && !at.isEmpty(); at = parentOf(at))
         pending.dropNode(at); // made with the path
-    }
     return Success;
 }
 
@@ -180,9 +156,8 @@ Status Tree::rollback(const QString &path) {
         pending = PendingChanges();
         return Success;
     }
-    if (!isPath(path)) {
+    if (!isPath(path))
         return WrongKind;
-    }
     pending.drop(path);
     return Success;
 }
@@ -194,9 +169,8 @@ bool Tree::isCommitted(const QString &path, const QString &value) {
 
 /// The node at @p path, which is looked up among the committed ones by @p lookUp.
 const Node *Tree::find(const QString &path, LookUp lookUp) {
-    if (const Node *const made = pending.find(path)) {
+    if (const Node *const made = pending.find(path))
         return made;
-    }
     return pending.hides(path) ? nullptr : (stored.*lookUp)(path);
 }
 

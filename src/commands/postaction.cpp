@@ -49,7 +49,7 @@ std::optional<QString> readLine(bool isFresh) {
 void start(const QString &command) {
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED // its quoting rules are the ones that a post-action line is written to
-        QProcess::startDetached(command);
+    QProcess::startDetached(command);
     QT_WARNING_POP
 }
 

@@ -37,10 +37,9 @@ void requireSupportedReferences(const QString &text) {
 QStringList applySections(const QStringList &sections) {
     TessaroClient client;
     QStringList failed;
-    for (const QString &section : sections) {
+    for (const QString &section : sections)
         if (SetCommand::applySection(client, viewRoot() + QLatin1Char('/') + section) != 0)
             failed.append(section);
-    }
     failed.removeDuplicates();
     return failed;
 }

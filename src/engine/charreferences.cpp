@@ -39,13 +39,12 @@ bool isUnsupported(const QString &text, int at) {
     uint code = 0;
     for (; digit < text.size() && code <= 0xffff; ++digit) {
         const ushort character = text.at(digit).unicode();
-        if (character >= '0' && character <= '9') {
+        if (character >= '0' && character <= '9')
             code = code * base + (character - '0');
-        } else if (isHexadecimal && (character | 0x20) >= 'a' && (character | 0x20) <= 'f') {
+        else if (isHexadecimal && (character | 0x20) >= 'a' && (character | 0x20) <= 'f')
             code = code * base + ((character | 0x20U) - 'a' + 10U);
-        } else {
+        else
             break;
-        }
     }
     return code > 0xffff;
 }

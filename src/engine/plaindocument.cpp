@@ -86,10 +86,9 @@ std::optional<Names> namesOfPlainDocument(const QByteArray &document) {
         }
         if (!takeName() || depth >= maximumDepth || found.size() > maximumNames)
             return {};
-        while (scanner.take(" ")) {
+        while (scanner.take(" "))
             if (!takeName() || !scanner.take("=\"") || !scanner.takeValue())
                 return {};
-        }
         if (!scanner.take("/"))
             ++depth;
         if (!scanner.take(">"))

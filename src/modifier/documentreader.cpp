@@ -9,8 +9,7 @@
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED // the reader whose messages and line numbers an administrator knows
 
-    QString
-    decodedDocument(const QByteArray &document) {
+QString decodedDocument(const QByteArray &document) {
     QXmlInputSource source;
     source.setData(document);
     QString text = source.data();

@@ -42,11 +42,10 @@ bool LumoConfigViewModifier::startElement(const QString & /*namespaceUri*/, cons
     if (localName == document)
         return true;
 
-    if (sessionTypes.contains(localName)) {
+    if (sessionTypes.contains(localName))
         startSessionType(localName);
-    } else if (localName == printerSection) {
+    else if (localName == printerSection)
         loadPrinters();
-    }
 
     if (localName == session) {
         startSession(attributes);
@@ -66,11 +65,10 @@ bool LumoConfigViewModifier::endElement(const QString & /*namespaceUri*/, const 
 
     if (nameIn(currentKey) == localName) {
         currentKey = currentKey.parent();
-        if (sessionTypes.contains(localName)) {
+        if (sessionTypes.contains(localName))
             endSessionType();
-        } else if (localName == printerSection) {
+        else if (localName == printerSection)
             removePrinters();
-        }
     } else if (localName == session) {
         leaveEntry(QStringLiteral("sessions"));
     } else if (localName == printer) {

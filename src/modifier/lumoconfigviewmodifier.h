@@ -10,20 +10,20 @@
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED // the reader that this serves is deprecated as a whole
 
-    /// Writes a configuration document into the registry while a reader reports it: the text of each element into the
-    /// key that the element's place maps to. Creates the sessions and printers that the document adds and deletes those
-    /// that it drops. One object serves one document.
-    ///
-    /// An element maps to the key of its parent and its own name, with these exceptions:
-    ///
-    ///     <lumo_config>         the view itself; its end commits what is pending
-    ///     <session id="…">      <the section>/sessions/{…}, made and committed at once where it is missing
-    ///     <printer id="…">      <the section>/printers/{…}, until its <name> tells which printer it is
-    ///
-    /// Values are pending until a `lumo_config` ends; created sessions and every deletion are committed at once. Throws
-    /// out of the callbacks: Error for a document that is not well-formed or does not nest as it must, TessaroError
-    /// when the registry fails to list, to store a value or to commit the view. Whatever else goes wrong is a warning.
-    class LumoConfigViewModifier : public QXmlDefaultHandler {
+/// Writes a configuration document into the registry while a reader reports it: the text of each element into the
+/// key that the element's place maps to. Creates the sessions and printers that the document adds and deletes those
+/// that it drops. One object serves one document.
+///
+/// An element maps to the key of its parent and its own name, with these exceptions:
+///
+///     <lumo_config>         the view itself; its end commits what is pending
+///     <session id="…">      <the section>/sessions/{…}, made and committed at once where it is missing
+///     <printer id="…">      <the section>/printers/{…}, until its <name> tells which printer it is
+///
+/// Values are pending until a `lumo_config` ends; created sessions and every deletion are committed at once. Throws
+/// out of the callbacks: Error for a document that is not well-formed or does not nest as it must, TessaroError
+/// when the registry fails to list, to store a value or to commit the view. Whatever else goes wrong is a warning.
+class LumoConfigViewModifier : public QXmlDefaultHandler {
 public:
     LumoConfigViewModifier();
     ~LumoConfigViewModifier() override;

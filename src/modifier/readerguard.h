@@ -7,10 +7,10 @@
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED // the reader that this serves is deprecated as a whole
 
-    /// Stands between the reader and a handler that throws: no exception may cross the reader, which on some platforms
-    /// is built without unwind tables, so that the process would end. Keeps the first exception, stops the reader, and
-    /// ignores what the reader reports of that.
-    class ReaderGuard : public QXmlDefaultHandler {
+/// Stands between the reader and a handler that throws: no exception may cross the reader, which on some platforms
+/// is built without unwind tables, so that the process would end. Keeps the first exception, stops the reader, and
+/// ignores what the reader reports of that.
+class ReaderGuard : public QXmlDefaultHandler {
 public:
     /// @p guarded must outlive this object.
     explicit ReaderGuard(QXmlDefaultHandler &guarded) : handler(guarded) {}

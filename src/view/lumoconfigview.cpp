@@ -156,11 +156,10 @@ QXmlNodeModelIndex LumoConfigView::nodeAt(const Place &place) const {
     if (number < 0) {
         const QString &path = place.entry.key();
         number = takeUnplaced(path);
-        if (number < 0) {
+        if (number < 0)
             number = addNode(path, place);
-        } else {
+        else
             places[number] = place;
-        }
     }
     return createIndex(qint64(number), *place.entry == RegNodeDir ? DirectoryElement : KeyElement);
 }

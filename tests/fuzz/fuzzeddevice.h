@@ -29,10 +29,9 @@ public:
 
     /// Ends the process, as a find, where something was changed outside the settings.
     void requireOnlySettingsChanged() const {
-        for (const QString &call : registry.writes()) {
+        for (const QString &call : registry.writes())
             if (!call.contains(QLatin1String(" root/lumo-config-view")) && call != QLatin1String("rollback "))
                 std::abort();
-        }
     }
 
 private:

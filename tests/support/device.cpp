@@ -100,9 +100,8 @@ QVector<pid_t> Device::processes() const {
     const QByteArray mark = "TESSARO_REGISTRY=" + environment.value("TESSARO_REGISTRY") + '\0';
     QVector<pid_t> found;
     const QStringList numbers = QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
-    for (const QString &number : numbers) {
+    for (const QString &number : numbers)
         if (contentsOf(QStringLiteral("/proc/") + number + QStringLiteral("/environ")).contains(mark))
             found.append(number.toInt());
-    }
     return found;
 }

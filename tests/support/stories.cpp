@@ -26,10 +26,9 @@ QVector<Story> storiesIn(const QString &text) {
 }
 
 void complete(Story &story, const Story &each) {
-    for (auto part = each.parts.cbegin(); part != each.parts.cend(); ++part) {
+    for (auto part = each.parts.cbegin(); part != each.parts.cend(); ++part)
         if (!story.parts.contains(part.key()))
             story.parts.insert(part.key(), *part);
-    }
     const QStringList words = story.parts.take(QStringLiteral("words"));
     for (const QString &line : words + QStringList(QStringLiteral("NAME = ") + story.name)) {
         const QRegularExpression word(QStringLiteral("\\b%1\\b").arg(line.section(QLatin1String(" = "), 0, 0)));

@@ -19,10 +19,9 @@ private Q_SLOTS:
         QCOMPARE(runs.run().err, QByteArray());
         wanted = runs.settings();
         calls = runs.calls();
-        for (int call = 1; call <= calls.size(); ++call) {
+        for (int call = 1; call <= calls.size(); ++call)
             if (isCommit(call, QLatin1String("root/")))
                 states.insert(runs.committedBefore(call));
-        }
         states.insert(wanted);
 
         runs.reset();

@@ -33,10 +33,9 @@ public:
     /// With the same keys but empty, and without printers and some of the sessions, which the templates bring back.
     QByteArray emptiedJson() {
         QJsonObject emptied = emptiedOf(view);
-        for (const QString &section : templates.keys()) {
+        for (const QString &section : templates.keys())
             if (section == QLatin1String("network_printer") || sweep.chance(30))
                 emptied.insert(section, QJsonObject());
-        }
         return json(emptied);
     }
 
