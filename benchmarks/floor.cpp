@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the XML engine alone costs: the queries of an export or an import over a tree in memory, with no registry.
 //
 //     floor TREE export DOCUMENT      writes the configuration document

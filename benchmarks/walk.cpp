@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the walk of the settings grows: serialises the view of a registry in memory for 10,000 and for 50,000 settings.
 
 #include "registry/viewpaths.h"

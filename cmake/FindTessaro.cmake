@@ -1,12 +1,13 @@
+# SPDX-License-Identifier: MIT
 # Finds the registry client library of the platform itself: libtessaroclient and the libtessaro that it stands on.
 # Hints: CMAKE_PREFIX_PATH, or the files themselves in TESSARO_CLIENT_LIBRARY and TESSARO_LIBRARY.
-# TESSARO_INCLUDE_DIR names a folder whose tessaroclient.h is used in place of src/registry/tessaroclient.h.
+# TESSARO_INCLUDE_DIR names a folder whose tessaroclient.h is used in place of include/tessaroclient.h.
 # Defines the target Tessaro::Client.
 
 # a device without development files has the versioned names only
 find_library(TESSARO_CLIENT_LIBRARY NAMES tessaroclient libtessaroclient.so.0)
 find_library(TESSARO_LIBRARY NAMES tessaro libtessaro.so.0)
-set(TESSARO_INCLUDE_DIR "" CACHE PATH "Folder of the platform's own tessaroclient.h (default: src/registry)")
+set(TESSARO_INCLUDE_DIR "" CACHE PATH "Folder of the platform's own tessaroclient.h (default: include)")
 mark_as_advanced(TESSARO_CLIENT_LIBRARY TESSARO_LIBRARY TESSARO_INCLUDE_DIR)
 
 include(FindPackageHandleStandardArgs)
@@ -17,11 +18,8 @@ if(TESSARO_FOUND AND NOT TARGET Tessaro::Client)
     if(NOT EXISTS ${TESSARO_INCLUDE_DIR}/tessaroclient.h)
       message(FATAL_ERROR "TESSARO_INCLUDE_DIR: no tessaroclient.h in '${TESSARO_INCLUDE_DIR}'")
     endif()
-    # the sources include it as registry/tessaroclient.h
-    file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/platform-headers)
-    file(CREATE_LINK ${TESSARO_INCLUDE_DIR} ${PROJECT_BINARY_DIR}/platform-headers/registry SYMBOLIC)
     get_target_property(interface Tessaro::Interface ALIASED_TARGET)
-    target_include_directories(${interface} BEFORE INTERFACE ${PROJECT_BINARY_DIR}/platform-headers)
+    target_include_directories(${interface} BEFORE INTERFACE ${TESSARO_INCLUDE_DIR})
   endif()
   add_library(Tessaro::Base SHARED IMPORTED)
   set_target_properties(Tessaro::Base PROPERTIES IMPORTED_LOCATION ${TESSARO_LIBRARY})

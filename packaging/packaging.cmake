@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What is installed beside the programs and libraries, and the two Debian packages made of it.
 
 find_program(GZIP_EXECUTABLE gzip REQUIRED)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the ARM toolchains share: Debian's cross compiler and emulator over the system folder that scripts/make-sysroot makes.
 # Set before: CMAKE_SYSTEM_PROCESSOR, architecture (Debian's name), triplet, emulator.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # 64-bit ARM
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(architecture arm64)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # 32-bit ARM with hardware floating point
 set(CMAKE_SYSTEM_PROCESSOR arm)
 set(architecture armhf)

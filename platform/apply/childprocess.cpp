@@ -1,4 +1,5 @@
-#include "childprocess.h"
+// SPDX-License-Identifier: MIT
+#include "apply/childprocess.h"
 
 #include <cerrno>
 #include <fcntl.h>

@@ -1,4 +1,5 @@
-#include "hook.h"
+// SPDX-License-Identifier: MIT
+#include "apply/hook.h"
 
 #include <initializer_list>
 #include <sys/stat.h>

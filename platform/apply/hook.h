@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The executable that makes a section's settings take effect.
 #pragma once
 

@@ -1,6 +1,7 @@
-#include "hookprocess.h"
+// SPDX-License-Identifier: MIT
+#include "apply/hookprocess.h"
 
-#include "childprocess.h"
+#include "apply/childprocess.h"
 
 #include <cerrno>
 #include <csignal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Running a hook to its end, or to the end of its time.
 #pragma once
 

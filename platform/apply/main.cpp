@@ -1,14 +1,15 @@
+// SPDX-License-Identifier: MIT
 /// The apply service: makes one section's settings take effect, reports the result and ends.
 ///
 ///     tessaro-apply SECTION TRIGGER
 ///
 /// TRIGGER is the path of the key that takes the result, and the key of the semaphore that is released then.
-#include "childprocess.h"
-#include "hook.h"
-#include "hookprocess.h"
-#include "registry/tessaroclient.h"
-#include "status.h"
-#include "utf8.h"
+#include "apply/childprocess.h"
+#include "apply/hook.h"
+#include "apply/hookprocess.h"
+#include "tessaro/status.h"
+#include "tessaro/utf8.h"
+#include <tessaroclient.h>
 
 #include <QtCore/QSystemSemaphore>
 

@@ -1,7 +1,8 @@
-#include "load.h"
+// SPDX-License-Identifier: MIT
+#include "cli/load.h"
 
-#include "store.h"
-#include "treejson.h"
+#include "cli/treejson.h"
+#include "tessaro/store.h"
 
 #include <cerrno>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Replacing the registry.
 #pragma once
 

@@ -1,16 +1,17 @@
+// SPDX-License-Identifier: MIT
 /// The registry from the command line:
 ///
 ///     tessaro load examples/device.json
 ///     tessaro get root/lumo-config-view/display/resolution
 ///     tessaro set root/lumo-config-view/display/resolution 1280x1024
 ///     tessaro dump root/lumo-config-view/display
-#include "load.h"
-#include "path.h"
-#include "registry/tessaroclient.h"
-#include "registryfile.h"
-#include "status.h"
-#include "treejson.h"
-#include "utf8.h"
+#include "cli/load.h"
+#include "cli/treejson.h"
+#include "tessaro/path.h"
+#include "tessaro/registryfile.h"
+#include "tessaro/status.h"
+#include "tessaro/utf8.h"
+#include <tessaroclient.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>

@@ -1,6 +1,7 @@
-#include "treejson.h"
+// SPDX-License-Identifier: MIT
+#include "cli/treejson.h"
 
-#include "path.h"
+#include "tessaro/path.h"
 
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonParseError>

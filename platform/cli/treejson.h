@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 /// The registry's tree as JSON: an object is a directory, a string is a key.
 #pragma once
 
-#include "store.h"
+#include "tessaro/store.h"
 
 #include <QtCore/QJsonObject>
 

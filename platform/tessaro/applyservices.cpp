@@ -1,4 +1,5 @@
-#include "applyservices.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/applyservices.h"
 
 #include <QtCore/QByteArray>
 

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 /// The client's side of an apply.
 #pragma once
 
-#include "status.h"
+#include "tessaro/status.h"
 
 #include <QtCore/QString>
 

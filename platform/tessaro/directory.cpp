@@ -1,4 +1,5 @@
-#include "directory.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/directory.h"
 
 #include <algorithm>
 

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 /// The nodes of one directory.
 #pragma once
 
-#include "node.h"
+#include "tessaro/node.h"
 
 #include <QtCore/QStringList>
 

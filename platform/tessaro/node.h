@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 /// What stands at one place of the registry's tree.
 #pragma once
 
-#include "registry/tessaroclient.h"
+#include <tessaroclient.h>
 
 #include <utility>
 

@@ -1,4 +1,5 @@
-#include "path.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/path.h"
 
 namespace {
 const QLatin1Char separator('/');

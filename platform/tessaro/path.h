@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Paths: components joined by "/", none of them empty. The empty path is the top, which holds `root`.
 #pragma once
 

@@ -1,4 +1,5 @@
-#include "pendingchanges.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/pendingchanges.h"
 
 namespace {
 

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 /// What one client has changed and not yet committed.
 #pragma once
 
-#include "node.h"
-#include "path.h"
+#include "tessaro/node.h"
+#include "tessaro/path.h"
 
 #include <algorithm>
 #include <map>

@@ -1,4 +1,5 @@
-#include "registryfile.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/registryfile.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QStandardPaths>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Where the registry lies.
 #pragma once
 

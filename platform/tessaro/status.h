@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the registry's operations return.
 #pragma once
 

@@ -1,7 +1,8 @@
-#include "store.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/store.h"
 
-#include "path.h"
-#include "utf8.h"
+#include "tessaro/path.h"
+#include "tessaro/utf8.h"
 
 #include <QtCore/QScopeGuard>
 #include <QtCore/QtEndian>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The registry's file: an SQLite database with one row per node,
 ///
 ///     directory                  | name  | value
@@ -7,7 +8,7 @@
 ///     root/view                  | title | Hello (a key's text)
 #pragma once
 
-#include "node.h"
+#include "tessaro/node.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>

@@ -1,6 +1,7 @@
-#include "storedtree.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/storedtree.h"
 
-#include "path.h"
+#include "tessaro/path.h"
 
 const Node *StoredTree::find(const QString &path) {
     look();

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 /// The committed tree, read at the cost of memory.
 #pragma once
 
-#include "directory.h"
-#include "store.h"
+#include "tessaro/directory.h"
+#include "tessaro/store.h"
 
 #include <unordered_map>
 

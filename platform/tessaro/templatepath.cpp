@@ -1,4 +1,5 @@
-#include "templatepath.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/templatepath.h"
 
 #include <QtCore/QStringList>
 #include <QtCore/QUuid>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Where the default content of new directories lies.
 #pragma once
 

@@ -1,6 +1,7 @@
-#include "registryfile.h"
-#include "tessaroprivate.h"
-#include "tree.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/registryfile.h"
+#include "tessaro/tessaroprivate.h"
+#include "tessaro/tree.h"
 
 #include <exception>
 

@@ -1,4 +1,5 @@
-#include "tessaroprivate.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/tessaroprivate.h"
 
 TessaroClient::TessaroClient() = default;
 

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 /// The library's edge: what is thrown within ends here as a status.
 #pragma once
 
-#include "applyservices.h"
-#include "registry/tessaroclient.h"
+#include "tessaro/applyservices.h"
+#include <tessaroclient.h>
 
 class Tree;
 

@@ -1,7 +1,8 @@
-#include "tree.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/tree.h"
 
-#include "path.h"
-#include "templatepath.h"
+#include "tessaro/path.h"
+#include "tessaro/templatepath.h"
 
 #include <QtCore/QStringList>
 

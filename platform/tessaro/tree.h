@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: MIT
 /// The registry as one client sees and changes it.
 #pragma once
 
-#include "pendingchanges.h"
-#include "status.h"
-#include "storedtree.h"
+#include "tessaro/pendingchanges.h"
+#include "tessaro/status.h"
+#include "tessaro/storedtree.h"
 
 /// The rules of the tree over the committed nodes and the client's pending changes. A failing status leaves everything
 /// as it was; a registry that cannot be read or written throws `SQLite::Exception`.

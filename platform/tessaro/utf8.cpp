@@ -1,4 +1,5 @@
-#include "utf8.h"
+// SPDX-License-Identifier: MIT
+#include "tessaro/utf8.h"
 
 #include <QtCore/QStringBuilder>
 #include <QtCore/QTextCodec>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Text as the registry stores it.
 #pragma once
 

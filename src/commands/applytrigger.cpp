@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: MIT
 #include "commands/setcommand.h"
-#include "registry/tessaroclient.h"
+#include <tessaroclient.h>
 
 #include <QtCore/QSystemSemaphore>
 #include <QtCore/QUuid>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/error.h"
 
 Error::Error(const QString &message) : text(message) {}

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/postaction.h"
 
 #include "commands/warning.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/setcommand.h"
 
 #include "commands/changedsections.h"
@@ -11,8 +12,8 @@
 #include "engine/plaindocument.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
-#include "registry/tessaroclient.h"
 #include "registry/viewpaths.h"
+#include <tessaroclient.h>
 
 #include <QtCore/QBuffer>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/settingsfile.h"
 
 #include "commands/error.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// How the commands open, read and write the settings file.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/warning.h"
 
 #include <QtCore/QtGlobal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the XML engine cannot take; a document or a registry beyond a limit is refused before it is handed over.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/names.h"
 
 #include "commands/error.h"

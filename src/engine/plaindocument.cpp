@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/plaindocument.h"
 
 #include "engine/limits.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "main/arguments.h"
 
 std::variant<Arguments, UsageError> scanArguments(const QStringList &arguments) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/error.h"
 #include "commands/getcommand.h"
 #include "commands/setcommand.h"

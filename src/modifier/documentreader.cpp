@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modifier/documentreader.h"
 
 #include "modifier/lumoconfigviewmodifier.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modifier/lumoconfigviewmodifier.h"
 
 #include "commands/error.h"

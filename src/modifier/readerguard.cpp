@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modifier/readerguard.h"
 
 QT_WARNING_PUSH

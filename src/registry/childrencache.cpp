@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "registry/childrencache.h"
 
 #include "commands/error.h"

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
-#include "registry/tessaroclient.h"
+#include <tessaroclient.h>
 
 /// The listing of a path, in the order in which the tool shows children everywhere.
 using Children = QMap<QString, _RegNodeType>;

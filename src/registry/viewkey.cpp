@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "registry/viewkey.h"
 
 #include <QtCore/QStringBuilder>

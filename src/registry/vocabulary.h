@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The words that the registry layer shares; a list's position is the value of the enumerator that it names.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/error.h"
 #include "fuzz/fuzzeddevice.h"
 #include "modifier/documentreader.h"

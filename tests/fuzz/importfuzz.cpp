@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/changedsections.h"
 #include "commands/error.h"
 #include "commands/getcommand.h"

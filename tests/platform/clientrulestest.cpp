@@ -1,6 +1,7 @@
-#include "registry/tessaroclient.h"
+// SPDX-License-Identifier: MIT
 #include "support/device.h"
 #include "support/stories.h"
+#include <tessaroclient.h>
 
 #include <QtCore/QJsonDocument>
 #include <QtTest/QtTest>

@@ -1,5 +1,6 @@
-#include "registry/tessaroclient.h"
+// SPDX-License-Identifier: MIT
 #include "support/device.h"
+#include <tessaroclient.h>
 
 #include <QtTest/QtTest>
 

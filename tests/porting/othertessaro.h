@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
-#include "registry/tessaroclient.h"
+#include <tessaroclient.h>
 
 /// The keys and their texts, kept in a file of lines "path=text", which OTHER_REGISTRY names.
 class TessaroPrivate {

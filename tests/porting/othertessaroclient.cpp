@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "othertessaro.h"
 
 #include <QtCore/QSystemSemaphore>

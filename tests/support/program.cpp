@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/program.h"
 
 #include <QtCore/QFile>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Starts programs and waits for them. QProcess::start is not used: where a process cannot be made it may end in a
 /// signal to every process of the machine.
 #pragma once

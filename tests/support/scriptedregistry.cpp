@@ -1,6 +1,5 @@
+// SPDX-License-Identifier: MIT
 #include "support/scriptedregistry.h"
-
-#include "registry/viewkey.h"
 
 #include <algorithm>
 
@@ -13,6 +12,12 @@ int record(const char *operation, const QString &path, int usual, const QString 
     const QString call = QLatin1String(operation) + QLatin1Char(' ') + path;
     current->calls.append(value.isNull() ? call : call + QStringLiteral(" = ") + value);
     return current->statuses.value(call, usual);
+}
+
+/// Null for a path without "/".
+QString parentOf(const QString &path) {
+    const int end = path.lastIndexOf(QLatin1Char('/'));
+    return end < 0 ? QString() : path.left(end);
 }
 
 bool exists(const QString &path) {
@@ -33,7 +38,7 @@ ScriptedRegistry::~ScriptedRegistry() {
 }
 
 void ScriptedRegistry::addKey(const QString &path, const QString &value) {
-    const QString parent = ViewKey(path).parent();
+    const QString parent = parentOf(path);
     addDirectory(parent);
     directories[parent].insert(path, RegNodeKey);
     keys.insert(path, value);
@@ -43,7 +48,7 @@ void ScriptedRegistry::addDirectory(const QString &path) {
     if (path.isNull() || directories.contains(path))
         return;
     directories.insert(path, {});
-    const QString parent = ViewKey(path).parent();
+    const QString parent = parentOf(path);
     if (parent.isNull())
         return;
     addDirectory(parent);
@@ -65,7 +70,7 @@ void ScriptedRegistry::remove(const QString &path) {
     for (auto child = children.cbegin(); child != children.cend(); ++child)
         remove(child.key());
     keys.remove(path);
-    const auto parent = directories.find(ViewKey(path).parent());
+    const auto parent = directories.find(parentOf(path));
     if (parent != directories.end())
         parent->remove(path);
 }

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
-#include "registry/tessaroclient.h"
+#include <tessaroclient.h>
 
 #include <QtCore/QHash>
 #include <QtCore/QStringList>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/stories.h"
 
 #include "support/program.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sweeps/faultyruns.h"
 #include "sweeps/sweep.h"
 

@@ -1,4 +1,5 @@
-#include "registry/tessaroclient.h"
+// SPDX-License-Identifier: MIT
+#include <tessaroclient.h>
 
 #include <csignal>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/getcommand.h"
 #include "commands/setcommand.h"
 #include "support/device.h"

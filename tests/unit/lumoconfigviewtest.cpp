@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "view/lumoconfigview.h"
 #include "support/scriptedregistry.h"
 

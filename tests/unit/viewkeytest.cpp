@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "registry/viewkey.h"
 #include "commands/error.h"
 #include "registry/vocabulary.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The platform's registry client, the one interface through which the system registry is reached.
 ///
 /// The registry is a tree. A path names one node: components joined by "/", no escaping, none of them empty. A
