@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "commands/getcommand.h"
 
-#include "commands/error.h"
 #include "commands/settingsfile.h"
 #include "engine/names.h"
 #include "registry/viewpaths.h"
+#include "report/error.h"
 #include "view/lumoconfigview.h"
 
 #include <QtCore/QBuffer>

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "commands/setcommand.h"
 
-#include "commands/changedsections.h"
-#include "commands/error.h"
 #include "commands/getcommand.h"
-#include "commands/postaction.h"
 #include "commands/settingsfile.h"
-#include "engine/charreferences.h"
-#include "engine/documentguard.h"
+#include "document/charreferences.h"
+#include "document/documentscan.h"
+#include "document/plaindocument.h"
 #include "engine/limits.h"
-#include "engine/plaindocument.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
 #include "registry/viewpaths.h"
+#include "report/error.h"
+#include "stages/changedsections.h"
+#include "stages/postaction.h"
 #include <tessaroclient.h>
 
 #include <QtCore/QBuffer>

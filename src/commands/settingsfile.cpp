@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/settingsfile.h"
 
-#include "commands/error.h"
 #include "engine/limits.h"
+#include "report/error.h"
 
 #include <QtCore/QFileInfo>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "engine/names.h"
 
-#include "commands/error.h"
 #include "engine/limits.h"
+#include "report/error.h"
 
 #include <algorithm>
 

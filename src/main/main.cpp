@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "commands/error.h"
 #include "commands/getcommand.h"
 #include "commands/setcommand.h"
 #include "main/arguments.h"
+#include "report/error.h"
 
 #include <QtCore/QCoreApplication>
 

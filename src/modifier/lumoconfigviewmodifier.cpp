@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "modifier/lumoconfigviewmodifier.h"
 
-#include "commands/error.h"
-#include "commands/warning.h"
 #include "registry/viewpaths.h"
+#include "report/error.h"
+#include "report/warning.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QUuid>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "commands/warning.h"
 #include "modifier/lumoconfigviewmodifier.h"
 #include "registry/viewpaths.h"
+#include "report/warning.h"
 
 void LumoConfigViewModifier::loadPrinters() {
     const Children &printers = children(viewRoot() + QStringLiteral("/network_printer/printers"));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "commands/warning.h"
 #include "modifier/lumoconfigviewmodifier.h"
+#include "report/warning.h"
 
 void LumoConfigViewModifier::startSessionType(const QString &sessionType) {
     preexistingSessions = children(childKey(childKey(currentKey, sessionType), QStringLiteral("sessions"))).keys();

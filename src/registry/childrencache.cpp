@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "registry/childrencache.h"
 
-#include "commands/error.h"
+#include "report/error.h"
 
 const Children &readChildren(TessaroClient &client, ChildrenCache &cache, const QString &path) {
     // most often it is asked for in the order of the paths

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "view/lumoconfigview.h"
 
-#include "commands/error.h"
 #include "engine/limits.h"
 #include "engine/names.h"
 #include "registry/viewpaths.h"
+#include "report/error.h"
 
 #include <QtCore/QUrl>
 #include <QtCore/QUuid>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "commands/error.h"
 #include "fuzz/fuzzeddevice.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
+#include "report/error.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uchar *data, std::size_t size) {
     static FuzzedDevice device;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "commands/changedsections.h"
-#include "commands/error.h"
 #include "commands/getcommand.h"
-#include "engine/charreferences.h"
-#include "engine/documentguard.h"
-#include "engine/plaindocument.h"
+#include "document/charreferences.h"
+#include "document/documentscan.h"
+#include "document/plaindocument.h"
 #include "fuzz/fuzzeddevice.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
+#include "report/error.h"
+#include "stages/changedsections.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QCoreApplication>

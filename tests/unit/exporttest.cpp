@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "commands/error.h"
 #include "commands/getcommand.h"
+#include "report/error.h"
 #include "support/scriptedregistry.h"
 #include "support/stories.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "commands/error.h"
 #include "commands/setcommand.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
+#include "report/error.h"
 #include "support/scriptedregistry.h"
 #include "support/stories.h"
 #include "support/warnings.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "registry/viewkey.h"
-#include "commands/error.h"
 #include "registry/vocabulary.h"
+#include "report/error.h"
 
 #include <QtTest/QTest>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "engine/plaindocument.h"
+#include "document/plaindocument.h"
 
 #include "engine/limits.h"
 

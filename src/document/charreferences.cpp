@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "engine/charreferences.h"
+#include "document/charreferences.h"
 
 #include <algorithm>
 #include <array>

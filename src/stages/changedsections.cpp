@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "commands/changedsections.h"
+#include "stages/changedsections.h"
 
-#include "commands/error.h"
+#include "report/error.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QUrl>

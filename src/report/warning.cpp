@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands/warning.h"
+#include "report/warning.h"
 
 #include <QtCore/QtGlobal>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "engine/documentguard.h"
+#include "document/documentscan.h"
 
-#include "commands/error.h"
+#include "document/plaindocument.h"
 #include "engine/limits.h"
-#include "engine/plaindocument.h"
+#include "report/error.h"
 
 #include <QtCore/QXmlStreamReader>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "commands/postaction.h"
+#include "stages/postaction.h"
 
-#include "commands/warning.h"
+#include "report/warning.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QProcess>

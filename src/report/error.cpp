@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands/error.h"
+#include "report/error.h"
 
 Error::Error(const QString &message) : text(message) {}
 
