@@ -29,12 +29,11 @@
     <!-- each session takes the directory's place, its name and autostart first -->
     <xsl:template match="sessions[* or not(normalize-space())]">
         <xsl:for-each select="*">
-            <xsl:element name="{replace(local-name(../.), 's$', '')}">
-                <xsl:attribute name="id" select="concat(replace(local-name(.), 'uuid-', '{'), '}')"/>
+            <session id="{concat(replace(local-name(.), 'uuid-', '{'), '}')}">
                 <xsl:apply-templates select="name"/>
                 <xsl:apply-templates select="autostart"/>
                 <xsl:apply-templates select="@* | node()[not(local-name()='name')][not(local-name()='autostart')]"/>
-            </xsl:element>
+            </session>
         </xsl:for-each>
     </xsl:template>
 
@@ -75,13 +74,12 @@
     <!-- each printer takes the directory's place, with the settings that a document may carry -->
     <xsl:template match="printers[* or not(normalize-space())]">
         <xsl:for-each select="*">
-            <xsl:element name="{replace(local-name(../.), 's$', '')}">
-                <xsl:attribute name="id" select="concat(replace(local-name(.), 'uuid-', '{'), '}')"/>
+            <printer id="{concat(replace(local-name(.), 'uuid-', '{'), '}')}">
                 <xsl:apply-templates select="name"/>
                 <xsl:apply-templates select="address"/>
                 <xsl:apply-templates select="port"/>
                 <xsl:apply-templates select="driver"/>
-            </xsl:element>
+            </printer>
         </xsl:for-each>
     </xsl:template>
 
