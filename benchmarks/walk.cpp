@@ -15,6 +15,8 @@
 #include <cstdio>
 #include <vector>
 
+using namespace quendar;
+
 namespace {
 
 constexpr int sectionSize = 200;

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
+/// The export command.
 #pragma once
 
 #include "commands/icommand.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QString>
+
+namespace quendar {
 
 /// Exports the settings in the registry into a file as one configuration document.
 class GetCommand : public ICommand {
@@ -23,3 +26,5 @@ private:
     QFile file;
     QString category;
 };
+
+} // namespace quendar

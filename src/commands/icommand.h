@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
+/// What the tool's entry point runs.
 #pragma once
+
+namespace quendar {
 
 /// One job of the tool, run once.
 class ICommand {
@@ -12,3 +15,5 @@ public:
     /// Throws Error when the job cannot be done.
     virtual void execute() = 0;
 };
+
+} // namespace quendar

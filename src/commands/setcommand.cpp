@@ -1,37 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "commands/setcommand.h"
 
-#include "commands/getcommand.h"
 #include "commands/settingsfile.h"
-#include "document/charreferences.h"
-#include "document/documentscan.h"
-#include "document/plaindocument.h"
-#include "engine/limits.h"
+#include "document/document.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
 #include "registry/viewpaths.h"
 #include "report/error.h"
+#include "stages/applysection.h"
 #include "stages/changedsections.h"
+#include "stages/exportsettings.h"
 #include "stages/postaction.h"
+#include "stages/roomcheck.h"
+
 #include <tessaroclient.h>
 
-#include <QtCore/QBuffer>
+namespace quendar {
 
 namespace {
 
-NamedDocument currentSettings() {
-    QBuffer buffer;
-    buffer.open(QIODevice::ReadWrite);
-    GetCommand::exportConfig(&buffer);
-    const auto names = namesOfPlainDocument(buffer.data());
-    if (!names) // an export is of that form, unless it is beyond the limit
-        throw Error(tooManyNames());
-    return {buffer.data(), *names};
-}
+/// The result when the apply service reports anything but success.
+constexpr int notApplied = 6;
 
-void requireSupportedReferences(const QString &text) {
-    if (const int line = lineOfUnsupportedReference(text))
-        throw Error(atLine(unsupportedReference(), line));
+ExportedSettings currentSettings() {
+    TessaroClient client;
+    return exportSettings(client);
 }
 
 /// Has each section applied in turn; returns the names of those that were not, each once.
@@ -57,17 +50,18 @@ void SetCommand::execute() {
     LumoConfigViewModifier applier;
     QStringList failed;
     try {
-        const QByteArray document = readDocument(file);
-        const QString text = decodedDocument(document);
-        const Names names = checkDocument(document);
-        requireSupportedReferences(text);
+        const Document document = checkedDocument(readDocument(file));
+        const ExportedSettings current = currentSettings();
+        const QStringList changed = changedSections(document, current.document);
+        requireRoom(document, current.viewNames);
+        applyDocument(document.text, applier);
 
-        const QStringList changed = changedSections({document, names}, currentSettings());
-        applyDocument(text, applier);
-
-        PostAction postAction;
+        PostActionFile postAction;
+        postAction.replace();
         failed = applySections(changed);
-        postAction.run(noReboot);
+        const QString line = postAction.read(printWarning);
+        startPostAction(postActionCommand(line, noReboot, qEnvironmentVariableIsSet("DISPLAY")));
+        postAction.remove();
     } catch (const Error &error) {
         applier.rollback();
         throw Error(error.message());
@@ -75,3 +69,12 @@ void SetCommand::execute() {
     if (!failed.isEmpty())
         throw Error(QStringLiteral("impossible to apply: ") + failed.join(QStringLiteral(", ")));
 }
+
+int SetCommand::applySection(TessaroClient &client, const QString &sectionKey) {
+    const ApplyResult result = quendar::applySection(client, sectionKey);
+    if (result.status != 0)
+        return result.status;
+    return result.isApplied() ? 0 : notApplied;
+}
+
+} // namespace quendar

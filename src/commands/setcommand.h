@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+/// The import command.
 #pragma once
 
 #include "commands/icommand.h"
@@ -7,6 +8,8 @@
 #include <QtCore/QString>
 
 class TessaroClient;
+
+namespace quendar {
 
 /// Imports a configuration document into the registry, has the changed sections applied and starts the post-action.
 class SetCommand : public ICommand {
@@ -28,3 +31,5 @@ private:
     QString category;
     bool noReboot;
 };
+
+} // namespace quendar

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "commands/settingsfile.h"
 
-#include "engine/limits.h"
 #include "report/error.h"
 
 #include <QtCore/QFileInfo>
 
 #include <sys/stat.h>
+
+namespace quendar {
 
 namespace {
 
@@ -39,18 +40,6 @@ void openForImport(QFile &file) {
         throw cannotOpen(file);
 }
 
-QByteArray readDocument(QFile &file) {
-    const qint64 size = file.size();
-    if (size > maximumDocumentSize)
-        throw Error(tooLarge());
-    QByteArray document = file.read(size + 1);
-    if (document.size() > size) // it grows, or has no size, as a file below /proc
-        document += file.read(maximumDocumentSize + 1 - document.size());
-    if (document.size() > maximumDocumentSize)
-        throw Error(tooLarge());
-    return document;
-}
-
 void writeDocument(QIODevice &device, const QByteArray &document) {
     auto *const file = qobject_cast<QFile *>(&device);
     const bool isWritten = device.write(document) == document.size() && (!file || file->flush());
@@ -62,3 +51,5 @@ void requireSupportedCategory(const QString &category) {
     if (category != QLatin1String("all"))
         throw Error(QStringLiteral("unsupported setting category: %1").arg(category));
 }
+
+} // namespace quendar

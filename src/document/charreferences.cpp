@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "document/charreferences.h"
 
-#include <algorithm>
+#include "engine/limits.h"
+
 #include <array>
+#include <optional>
+
+namespace quendar {
 
 namespace {
 
@@ -15,62 +19,161 @@ struct Markup {
 const std::array<Markup, 3> opaque = {{{QLatin1String("<!--"), QLatin1String("-->")},
                                        {QLatin1String("<![CDATA["), QLatin1String("]]>")},
                                        {QLatin1String("<?"), QLatin1String("?>")}}};
+const QLatin1String documentType("<!DOCTYPE");
 
-/// Where the markup that begins at @p at ends, or @p at itself when it is none of the opaque ones.
-int skipped(const QString &text, int at) {
-    for (const Markup &markup : opaque) {
-        if (text.midRef(at).startsWith(markup.begin)) {
-            const int end = text.indexOf(markup.end, at + markup.begin.size());
-            return end < 0 ? text.size() : end + markup.end.size();
+constexpr uint lastOfReader = 0xffff; // the reader keeps no more
+constexpr uint lastOfAll = 0x10ffff;
+
+/// A reference to a character, such as `&#128512;` or `&#x1F600;`.
+struct CharReference {
+    uint code; ///< not exact beyond `lastOfAll`
+    int end;   ///< behind the ";"
+};
+
+/// The value of a digit; 16 for what is none.
+uint digitValue(QChar character) {
+    const ushort code = character.unicode();
+    if (code >= '0' && code <= '9')
+        return code - '0';
+    const uint lower = code | 0x20U;
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : 16;
+}
+
+/// The reference of which the "&" stands at @p at.
+std::optional<CharReference> charReferenceAt(const QString &text, int at) {
+    if (!text.midRef(at).startsWith(QLatin1String("&#")))
+        return {};
+    int next = at + 2;
+    const bool isHexadecimal = next < text.size() && text.at(next) == QLatin1Char('x');
+    if (isHexadecimal)
+        ++next;
+    const uint base = isHexadecimal ? 16 : 10;
+
+    const int first = next;
+    uint code = 0;
+    for (; next < text.size() && digitValue(text.at(next)) < base; ++next)
+        if (code <= lastOfAll)
+            code = code * base + digitValue(text.at(next));
+    if (next == first || next == text.size() || text.at(next) != QLatin1Char(';'))
+        return {};
+    return CharReference{code, next + 1};
+}
+
+/// Goes through a document once, and replaces the references that it meets.
+class Replacement {
+public:
+    explicit Replacement(const QString &document) : text(document) {}
+
+    QString run() {
+        while (at < text.size()) {
+            const QChar character = text.at(at);
+            if (character == QLatin1Char('&'))
+                takeReference();
+            else if (character != QLatin1Char('<') || !skipOpaque())
+                takeContent(character);
+        }
+        return result + text.midRef(copied);
+    }
+
+private:
+    void takeContent(QChar character) {
+        if (character == QLatin1Char('<') && text.midRef(at).startsWith(documentType))
+            takeDocumentType();
+        else
+            ++at;
+    }
+
+    /// Up to the end of the declaration. In it, a reference stands in quotes only.
+    void takeDocumentType() {
+        bool isInSubset = false;
+        for (at += documentType.size(); at < text.size();) {
+            const QChar character = text.at(at);
+            if (character == QLatin1Char('"') || character == QLatin1Char('\'')) {
+                takeDeclaredValue(character);
+                continue;
+            }
+            if (character == QLatin1Char('<') && skipOpaque())
+                continue;
+            ++at;
+            if (character == QLatin1Char('['))
+                isInSubset = true;
+            else if (character == QLatin1Char(']'))
+                isInSubset = false;
+            else if (character == QLatin1Char('>') && !isInSubset)
+                return;
         }
     }
-    return at;
-}
 
-/// Whether what begins with "&" at @p at is a reference to a character above U+FFFF.
-bool isUnsupported(const QString &text, int at) {
-    if (!text.midRef(at + 1).startsWith(QLatin1Char('#')))
-        return false;
-    int digit = at + 2;
-    const bool isHexadecimal = digit < text.size() && text.at(digit) == QLatin1Char('x');
-    const uint base = isHexadecimal ? 16 : 10;
-    if (isHexadecimal)
-        ++digit;
-
-    uint code = 0;
-    for (; digit < text.size() && code <= 0xffff; ++digit) {
-        const ushort character = text.at(digit).unicode();
-        if (character >= '0' && character <= '9')
-            code = code * base + (character - '0');
-        else if (isHexadecimal && (character | 0x20) >= 'a' && (character | 0x20) <= 'f')
-            code = code * base + ((character | 0x20U) - 'a' + 10U);
-        else
-            break;
+    void takeDeclaredValue(QChar quote) {
+        for (++at; at < text.size() && text.at(at) != quote;) {
+            if (text.at(at) != QLatin1Char('&')) {
+                ++at;
+                continue;
+            }
+            const auto reference = charReferenceAt(text, at);
+            if (reference && reference->code == '&' && !isKnownWithAmpersand(reference->end))
+                refuse();
+            takeReference();
+        }
+        ++at;
     }
-    return code > 0xffff;
-}
 
-/// Where the next reference to such a character stands from @p from on, -1 when there is none.
-int nextUnsupported(const QString &text, int from) {
-    const QLatin1Char begin('&');
-    int at = text.indexOf(begin, from);
-    while (at >= 0 && !isUnsupported(text, at))
-        at = text.indexOf(begin, at + 1);
-    return at;
-}
+    /// Whether what an entity's value makes of a reference to "&" and what follows at @p rest is a reference that the
+    /// reader takes rightly. It is read when the entity is used: `&#38;#60;` is `&#60;` by then, and `&#38;#38;` an
+    /// "&".
+    bool isKnownWithAmpersand(int rest) const {
+        const auto made = charReferenceAt(QLatin1Char('&') + text.mid(rest, longestReference), 0);
+        const bool isAmpersand = made && made->code == '&';
+        return made && made->code <= lastOfReader &&
+               !(isAmpersand && text.midRef(rest + made->end - 1).startsWith(QLatin1Char('#')));
+    }
+
+    /// Past the "&" at least.
+    void takeReference() {
+        const auto reference = charReferenceAt(text, at);
+        if (!reference) {
+            ++at;
+            return;
+        }
+        if (reference->code > lastOfAll)
+            refuse();
+        if (reference->code > lastOfReader) {
+            result += text.midRef(copied, at - copied);
+            result += QString::fromUcs4(&reference->code, 1);
+            copied = reference->end;
+        }
+        at = reference->end;
+    }
+
+    /// Past the comment or the like that begins here, if one does.
+    bool skipOpaque() {
+        for (const Markup &markup : opaque) {
+            if (text.midRef(at).startsWith(markup.begin)) {
+                const int end = text.indexOf(markup.end, at + markup.begin.size());
+                at = end < 0 ? text.size() : end + markup.end.size();
+                return true;
+            }
+        }
+        return false;
+    }
+
+    [[noreturn]] void refuse() const {
+        throw atLine(Error(QStringLiteral("unsupported character reference")),
+                     text.leftRef(at).count(QLatin1Char('\n')) + 1);
+    }
+
+    static constexpr int longestReference = 32; // more leading zeros than that are refused
+
+    const QString &text;
+    QString result;
+    int at = 0;
+    int copied = 0; // up to here, `result` holds it
+};
 
 } // namespace
 
-int lineOfUnsupportedReference(const QString &document) {
-    int at = nextUnsupported(document, 0);
-    if (at >= 0 && !document.contains(QLatin1String("<!DOCTYPE"))) {
-        const QLatin1Char markup('<');
-        for (int begin = document.indexOf(markup); begin >= 0 && begin < at;) {
-            const int end = skipped(document, begin);
-            if (at < end)
-                at = nextUnsupported(document, end);
-            begin = document.indexOf(markup, std::max(end, begin + 1));
-        }
-    }
-    return at < 0 ? 0 : document.leftRef(at).count(QLatin1Char('\n')) + 1;
+QString withoutCharReferences(const QString &document) {
+    return document.contains(QLatin1String("&#")) ? Replacement(document).run() : document;
 }
+
+} // namespace quendar

@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: MIT
+/// References to characters above U+FFFF, of which the reader keeps only sixteen bits.
 #pragma once
 
 #include <QtCore/QString>
 
-/// The line of the first reference to a character above U+FFFF in the text of a document, 0 when there is none. The
-/// reader keeps only sixteen bits of such a reference and would hand on another character. In a document with a
-/// document type declaration, which may hide where markup ends, every text that looks like a reference counts.
-int lineOfUnsupportedReference(const QString &document);
+namespace quendar {
+
+/// The text of a document with each reference to such a character replaced by the character: in content, in attributes
+/// and in the values of entities that it declares; not in CDATA sections, comments and processing instructions, where
+/// "&#" is text. Throws Error, line included, where a declared value makes references out of references, so that it
+/// cannot be told what the reader will meet, and for a reference beyond U+10FFFF.
+QString withoutCharReferences(const QString &document);
+
+} // namespace quendar

@@ -2,7 +2,9 @@
 /// What the XML engine cannot take; a document or a registry beyond a limit is refused before it is handed over.
 #pragma once
 
-#include <QtCore/QString>
+#include "report/error.h"
+
+namespace quendar {
 
 /// Nested elements, the root being level 1. The engine's work grows steeply with the depth, and at some thousands
 /// its recursion overflows the stack. No real configuration comes near.
@@ -15,18 +17,17 @@ constexpr qint64 maximumDocumentSize = qint64(16) * 1024 * 1024;
 /// bits, and a query takes up to two hundred for itself.
 constexpr int maximumNames = 3840;
 
-inline QString tooDeep() {
-    return QStringLiteral("nested deeper than %1 elements").arg(maximumDepth);
+inline Error tooDeep() {
+    return Error(QStringLiteral("nested deeper than %1 elements").arg(maximumDepth));
 }
-inline QString tooLarge() {
-    return QStringLiteral("document larger than 16 MiB");
+inline Error tooLarge() {
+    return Error(QStringLiteral("document larger than 16 MiB"));
 }
-inline QString tooManyNames() {
-    return QStringLiteral("too many different names");
+inline Error tooManyNames() {
+    return Error(QStringLiteral("too many different names"));
 }
-inline QString unsupportedReference() {
-    return QStringLiteral("unsupported character reference");
+inline Error atLine(const Error &error, qint64 line) {
+    return Error(error.message() + QStringLiteral(" at line ") + QString::number(line));
 }
-inline QString atLine(const QString &message, qint64 line) {
-    return message + QStringLiteral(" at line ") + QString::number(line);
-}
+
+} // namespace quendar

@@ -2,9 +2,10 @@
 #include "engine/names.h"
 
 #include "engine/limits.h"
-#include "report/error.h"
 
 #include <algorithm>
+
+namespace quendar {
 
 Names united(const Names &first, const Names &second) {
     return {first.local | second.local, first.prefixes | second.prefixes, first.namespaceUris | second.namespaceUris};
@@ -31,5 +32,7 @@ void reserveNames(const QXmlNamePool &pool, const Names &names) {
         anyRefused(names.local, [&](const QString &name) { return isRefused(name, {}, {}); }) ||
         anyRefused(names.prefixes, [&](const QString &prefix) { return isRefused({}, {}, prefix); }) ||
         anyRefused(names.namespaceUris, [&](const QString &uri) { return isRefused({}, uri, {}); }))
-        throw Error(tooManyNames());
+        throw tooManyNames();
 }
+
+} // namespace quendar

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+/// Names in the engine's pools.
 #pragma once
 
-#include <QtCore/QByteArray>
 #include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtXmlPatterns/QXmlName>
@@ -9,17 +9,13 @@
 
 #include <optional>
 
+namespace quendar {
+
 /// The distinct names of one document: what takes a place in a name pool.
 struct Names {
-    QSet<QString> local; // of elements, attributes and processing instructions
+    QSet<QString> local; ///< of elements, attributes and processing instructions
     QSet<QString> prefixes;
     QSet<QString> namespaceUris;
-};
-
-/// A document and the names in it.
-struct NamedDocument {
-    QByteArray text;
-    Names names;
 };
 
 /// The names of two documents in one pool.
@@ -30,6 +26,7 @@ Names united(const Names &first, const Names &second);
 std::optional<QXmlName> makeName(QXmlNamePool pool, const QString &local, const QString &namespaceUri = {},
                                  const QString &prefix = {});
 
-/// Makes all of @p names in the pool of a query that is compiled and not yet run, so that the run finds its names
-/// there. Throws Error when they are too many or the pool cannot hold them.
+/// Makes all of @p names in @p pool. Throws Error when they are too many or the pool cannot hold them.
 void reserveNames(const QXmlNamePool &pool, const Names &names);
+
+} // namespace quendar

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "main/arguments.h"
 
+namespace quendar {
+
 std::variant<Arguments, UsageError> scanArguments(const QStringList &arguments) {
     Arguments scanned;
     for (int i = 1; i < arguments.size(); ++i) {
@@ -28,3 +30,5 @@ std::variant<Arguments, UsageError> scanArguments(const QStringList &arguments) 
         return UsageError{QStringLiteral("unsupported category: ") + scanned.category};
     return scanned;
 }
+
+} // namespace quendar

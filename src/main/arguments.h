@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
+/// The command line.
 #pragma once
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
 #include <variant>
+
+namespace quendar {
 
 /// A complete command line.
 struct Arguments {
@@ -22,3 +25,5 @@ struct UsageError {
 /// Scans the arguments, the program's path first among them. The last of several `-settings`, `-get` and `-set`
 /// counts; any argument that is not known ends the scan.
 std::variant<Arguments, UsageError> scanArguments(const QStringList &arguments);
+
+} // namespace quendar

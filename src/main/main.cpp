@@ -9,6 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
+
+using namespace quendar;
 
 namespace {
 
@@ -17,11 +20,11 @@ constexpr char usage[] = "Quendar system settings interpreter.\n"
                          "           -get all\n"
                          "           -set all\n";
 
-[[noreturn]] void exitWithUsage(const UsageError &error) {
+int answerWithUsage(const UsageError &error) {
     if (!error.complaint.isEmpty())
         std::fprintf(stderr, "%s\n\n", error.complaint.toLocal8Bit().constData());
     std::fputs(usage, stderr);
-    std::exit(EXIT_FAILURE);
+    return EXIT_FAILURE;
 }
 
 std::unique_ptr<ICommand> makeCommand(const Arguments &arguments) {
@@ -32,23 +35,32 @@ std::unique_ptr<ICommand> makeCommand(const Arguments &arguments) {
     throw Error(QStringLiteral("unexpected command: %1").arg(arguments.command));
 }
 
+int runCommand(const Arguments &arguments, std::unique_ptr<ICommand> &command) {
+    try {
+        command = makeCommand(arguments);
+        command->execute();
+        return EXIT_SUCCESS;
+    } catch (const Error &error) {
+        std::fprintf(stderr, "error: %s\n", error.message().toLocal8Bit().constData());
+        command.reset();
+        return EXIT_FAILURE;
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
-    const QCoreApplication application(argc, argv);
+    std::optional<QCoreApplication> application(std::in_place, argc, argv);
     // a network access manager that loads no plugins: the queries come from the tool itself
     QCoreApplication::setLibraryPaths({});
 
+    std::unique_ptr<ICommand> command; // one that has succeeded is not destroyed
     const auto scanned = scanArguments(QCoreApplication::arguments());
-    if (const auto *const error = std::get_if<UsageError>(&scanned))
-        exitWithUsage(*error);
+    const auto *const usageError = std::get_if<UsageError>(&scanned);
+    const int status = usageError ? answerWithUsage(*usageError) : runCommand(std::get<Arguments>(scanned), command);
 
-    try {
-        const std::unique_ptr<ICommand> command = makeCommand(std::get<Arguments>(scanned));
-        command->execute();
-        std::exit(EXIT_SUCCESS);
-    } catch (const Error &error) {
-        std::fprintf(stderr, "error: %s\n", error.message().toLocal8Bit().constData());
-        std::exit(EXIT_FAILURE);
-    }
+    // The engine's network access manager has started a thread, which may not even have got to its first line. The
+    // application's end waits for it; `exit` would destroy Qt's globals under it.
+    application.reset();
+    std::exit(status);
 }

@@ -7,23 +7,14 @@
 #include <QtXml/QXmlInputSource>
 #include <QtXml/QXmlSimpleReader>
 
+namespace quendar {
+
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED // the reader whose messages and line numbers an administrator knows
 
-QString decodedDocument(const QByteArray &document) {
+void applyDocument(const QString &text, LumoConfigViewModifier &applier) {
     QXmlInputSource source;
-    source.setData(document);
-    QString text = source.data();
-    if (text.contains(QLatin1Char('\r'))) {
-        text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-        text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    }
-    return text;
-}
-
-void applyDocument(const QString &document, LumoConfigViewModifier &applier) {
-    QXmlInputSource source;
-    source.setData(document);
+    source.setData(text);
     ReaderGuard guard(applier);
     QXmlSimpleReader reader;
     reader.setContentHandler(&guard);
@@ -33,3 +24,5 @@ void applyDocument(const QString &document, LumoConfigViewModifier &applier) {
 }
 
 QT_WARNING_POP
+
+} // namespace quendar

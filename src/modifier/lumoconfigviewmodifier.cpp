@@ -1,21 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "modifier/lumoconfigviewmodifier.h"
 
-#include "registry/viewpaths.h"
+#include "document/elements.h"
 #include "report/error.h"
-#include "report/warning.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QUuid>
 #include <QtXml/QXmlAttributes>
 #include <QtXml/QXmlParseException>
 
-namespace {
+namespace quendar {
 
-const QLatin1String document("lumo_config");
-const QLatin1String printerSection("network_printer");
-const QLatin1String session("session");
-const QLatin1String printer("printer");
+namespace {
 
 /// The entry's id, or a new one where the document gives none that can be used.
 QUuid idOf(const QXmlAttributes &attributes) {
@@ -30,27 +26,27 @@ Error unexpectedEnd(const QString &what) {
 } // namespace
 
 LumoConfigViewModifier::LumoConfigViewModifier()
-    : currentKey(viewRoot()),
-      sessionTypes(
-          QStringLiteral("rdp,ica,korvterm,browser,leostream,zovra,kelmo,vmware,vworkspace,xenapp,ssh,xdmcp,telnet")
-              .split(QLatin1Char(','))) {}
+    : ownClient(std::make_unique<TessaroClient>()), client(*ownClient), warn(printWarning) {}
+
+LumoConfigViewModifier::LumoConfigViewModifier(TessaroClient &registryClient, WarningSink warningSink)
+    : client(registryClient), warn(std::move(warningSink)) {}
 
 LumoConfigViewModifier::~LumoConfigViewModifier() = default;
 
 bool LumoConfigViewModifier::startElement(const QString & /*namespaceUri*/, const QString &localName,
                                           const QString & /*qualifiedName*/, const QXmlAttributes &attributes) {
     lastStartedElement = localName;
-    if (localName == document)
+    if (localName == element::root)
         return true;
 
     if (sessionTypes.contains(localName))
         startSessionType(localName);
-    else if (localName == printerSection)
+    else if (localName == element::printerSection)
         loadPrinters();
 
-    if (localName == session) {
+    if (localName == element::session) {
         startSession(attributes);
-    } else if (localName == printer) {
+    } else if (localName == element::printer) {
         startPrinter(attributes);
     } else {
         checkPrinterName(localName);
@@ -68,13 +64,13 @@ bool LumoConfigViewModifier::endElement(const QString & /*namespaceUri*/, const 
         currentKey = currentKey.parent();
         if (sessionTypes.contains(localName))
             endSessionType();
-        else if (localName == printerSection)
+        else if (localName == element::printerSection)
             removePrinters();
-    } else if (localName == session) {
+    } else if (localName == element::session) {
         leaveEntry(QStringLiteral("sessions"));
-    } else if (localName == printer) {
+    } else if (localName == element::printer) {
         leaveEntry(QStringLiteral("printers"));
-    } else if (localName == document) {
+    } else if (localName == element::root) {
         commitView();
     } else {
         throw unexpectedEnd(QStringLiteral(": ") + localName);
@@ -113,7 +109,7 @@ const Children &LumoConfigViewModifier::children(const ViewKey &key) {
 
 void LumoConfigViewModifier::setValue(const QString &value) {
     if (client.contains(currentKey) != 0) {
-        warn({QLatin1String("Impossible to set:"), currentKey, QLatin1String(", with:"), value});
+        warn({Warning::NotSet, currentKey, value});
         return;
     }
     const int status = client.set(currentKey, value, RegParamValue);
@@ -151,3 +147,5 @@ void LumoConfigViewModifier::commitView() {
     if (status != 0)
         throw TessaroError(viewRoot(), status);
 }
+
+} // namespace quendar

@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: MIT
+/// The document applier.
 #pragma once
 
 #include "registry/childrencache.h"
 #include "registry/viewkey.h"
+#include "registry/viewpaths.h"
+#include "report/warning.h"
 
 #include <QtCore/QMap>
 #include <QtCore/QStringList>
 #include <QtXml/QXmlDefaultHandler>
+
+#include <memory>
+
+namespace quendar {
 
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED // the reader that this serves is deprecated as a whole
@@ -26,7 +33,11 @@ QT_WARNING_DISABLE_DEPRECATED // the reader that this serves is deprecated as a 
 /// when the registry fails to list, to store a value or to commit the view. Whatever else goes wrong is a warning.
 class LumoConfigViewModifier : public QXmlDefaultHandler {
 public:
+    /// Over a client of its own; warnings are printed.
     LumoConfigViewModifier();
+
+    /// Over @p registryClient, which must outlive this object.
+    LumoConfigViewModifier(TessaroClient &registryClient, WarningSink warningSink);
     ~LumoConfigViewModifier() override;
 
     bool startElement(const QString &namespaceUri, const QString &localName, const QString &qualifiedName,
@@ -56,11 +67,15 @@ private:
     bool takePrinterName(const QString &name);
     void removePrinters();
 
-    TessaroClient client;
+    const std::unique_ptr<TessaroClient> ownClient; // none where it was handed one
+    TessaroClient &client;
+    const WarningSink warn;
     ChildrenCache childrenCache;
     QString lastStartedElement; // empty once it has content
-    ViewKey currentKey;
-    QStringList sessionTypes;
+    ViewKey currentKey = viewRoot();
+    const QStringList sessionTypes =
+        QStringLiteral("rdp,ica,korvterm,browser,leostream,zovra,kelmo,vmware,vworkspace,xenapp,ssh,xdmcp,telnet")
+            .split(QLatin1Char(','));
     QStringList preexistingSessions;       // of the section being read, not met in it so far
     QMap<QString, QString> printersByName; // paths of those not met so far
     bool expectingPrinterName = false;     // a printer has started, its name has not
@@ -69,3 +84,5 @@ private:
 };
 
 QT_WARNING_POP
+
+} // namespace quendar

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "modifier/lumoconfigviewmodifier.h"
 #include "registry/viewpaths.h"
-#include "report/warning.h"
+
+namespace quendar {
 
 void LumoConfigViewModifier::loadPrinters() {
-    const Children &printers = children(viewRoot() + QStringLiteral("/network_printer/printers"));
-    for (auto printer = printers.cbegin(); printer != printers.cend(); ++printer) {
-        const Children &name = children(printer.key() + QStringLiteral("/name"));
+    const QString printers = viewRoot() + QStringLiteral("/network_printer/printers");
+    const QStringList paths = entriesOf(printers, children(printers));
+    for (const QString &path : paths) {
+        const Children &name = children(path + QStringLiteral("/name"));
         if (!name.isEmpty()) // trimmed, as the names in a document are
-            printersByName.insert(name.firstKey().trimmed(), printer.key());
+            printersByName.insert(name.firstKey().trimmed(), path);
     }
 }
 
@@ -37,7 +39,7 @@ bool LumoConfigViewModifier::takePrinterName(const QString &name) {
     const ViewKey printer = currentKey.parent();
     client.create(printer, RegTypeString);
     if (client.set(currentKey, name, RegParamValue) != 0)
-        warn({QLatin1String("an error occured while creating printer"), printer, name});
+        warn({Warning::PrinterNotCreated, printer, name});
     return false;
 }
 
@@ -47,7 +49,9 @@ void LumoConfigViewModifier::removePrinters() {
         client.del(path);
         const int status = client.commit(path);
         if (status != 0)
-            warn({QLatin1String("an error occured while deleting printer:"), path, status});
+            warn({Warning::PrinterNotDeleted, path, {}, status});
     }
     printersByName.clear();
 }
+
+} // namespace quendar

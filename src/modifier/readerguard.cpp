@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "modifier/readerguard.h"
 
+namespace quendar {
+
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED
 
@@ -39,3 +41,5 @@ bool ReaderGuard::fatalError(const QXmlParseException &exception) {
 }
 
 QT_WARNING_POP
+
+} // namespace quendar

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
+/// A way for exceptions around the reader.
 #pragma once
 
 #include <QtXml/QXmlDefaultHandler>
 
 #include <exception>
+
+namespace quendar {
 
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED // the reader that this serves is deprecated as a whole
@@ -34,3 +37,5 @@ private:
 };
 
 QT_WARNING_POP
+
+} // namespace quendar

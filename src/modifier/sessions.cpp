@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "modifier/lumoconfigviewmodifier.h"
-#include "report/warning.h"
+
+namespace quendar {
 
 void LumoConfigViewModifier::startSessionType(const QString &sessionType) {
-    preexistingSessions = children(childKey(childKey(currentKey, sessionType), QStringLiteral("sessions"))).keys();
+    const ViewKey sessions = childKey(childKey(currentKey, sessionType), QStringLiteral("sessions"));
+    preexistingSessions = entriesOf(sessions, children(sessions));
 }
 
 void LumoConfigViewModifier::startSession(const QXmlAttributes &attributes) {
@@ -12,7 +14,7 @@ void LumoConfigViewModifier::startSession(const QXmlAttributes &attributes) {
         client.create(currentKey, RegTypeString);
         const int status = client.commit(currentKey);
         if (status != 0)
-            warn({QLatin1String("an error occured while creating:"), currentKey, status});
+            warn({Warning::SessionNotCreated, currentKey, {}, status});
     }
     preexistingSessions.removeAll(currentKey);
 }
@@ -23,7 +25,9 @@ void LumoConfigViewModifier::endSessionType() {
         client.del(path);
         const int status = client.commit(path);
         if (status != 0)
-            warn({QLatin1String("an error occured while deleting session:"), path, status});
+            warn({Warning::SessionNotDeleted, path, {}, status});
     }
     preexistingSessions.clear();
 }
+
+} // namespace quendar

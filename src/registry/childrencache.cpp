@@ -3,6 +3,8 @@
 
 #include "report/error.h"
 
+namespace quendar {
+
 const Children &readChildren(TessaroClient &client, ChildrenCache &cache, const QString &path) {
     // most often it is asked for in the order of the paths
     const bool isPastAll = cache.isEmpty() || cache.lastKey() < path;
@@ -16,3 +18,18 @@ const Children &readChildren(TessaroClient &client, ChildrenCache &cache, const 
         throw TessaroError(path, status);
     return *cache.insert(place, path, children);
 }
+
+bool isEntryOf(const QString &directory, const QString &listed) {
+    return listed.size() > directory.size() + 1 && listed.at(directory.size()) == QLatin1Char('/') &&
+           listed.startsWith(directory);
+}
+
+QStringList entriesOf(const QString &directory, const Children &listing) {
+    QStringList entries;
+    for (auto listed = listing.cbegin(); listed != listing.cend(); ++listed)
+        if (isEntryOf(directory, listed.key()))
+            entries.append(listed.key());
+    return entries;
+}
+
+} // namespace quendar

@@ -3,6 +3,8 @@
 
 #include <QtCore/QStringBuilder>
 
+namespace quendar {
+
 namespace {
 constexpr QLatin1Char separator('/');
 }
@@ -21,7 +23,7 @@ QStringList ViewKey::components() const {
 }
 
 bool ViewKey::covers(const QString &path) const {
-    return path.startsWith(*this) && (path.size() == size() || path.at(size()) == separator);
+    return path == *this || path.startsWith(*this + separator);
 }
 
 ViewKey &ViewKey::makeRelativeTo(const QString &base) {
@@ -37,3 +39,5 @@ QStringView nameIn(const QString &path) {
 ViewKey childKey(const QString &directory, const QString &name) {
     return QString(directory % separator % name);
 }
+
+} // namespace quendar

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
+/// Paths of the registry.
 #pragma once
 
 #include <QtCore/QLatin1String>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QStringView>
+
+namespace quendar {
 
 /// A registry path, such as `root/lumo-config-view/display`. Plain text joined by "/": nothing is escaped, checked
 /// or looked up. A null or empty text is a key like any other.
@@ -35,10 +38,13 @@ public:
     /// Takes @p base off the front where it covers this key; the "/" that followed it stays.
     ViewKey &makeRelativeTo(const QString &base);
 };
-Q_DECLARE_TYPEINFO(ViewKey, Q_MOVABLE_TYPE); // nothing in it points into itself
 
 /// What `ViewKey::name` returns, without a copy: good as long as the text of @p path.
 QStringView nameIn(const QString &path);
 
 /// The key of the entry called @p name in @p directory.
 ViewKey childKey(const QString &directory, const QString &name);
+
+} // namespace quendar
+
+Q_DECLARE_TYPEINFO(quendar::ViewKey, Q_MOVABLE_TYPE); // nothing in it points into itself

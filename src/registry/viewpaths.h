@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
+/// Where the settings lie in the registry.
 #pragma once
 
 #include "registry/vocabulary.h"
+
+namespace quendar {
 
 /// The subtree that holds the settings.
 inline QString viewRoot() {
     return rootNodeName + QStringLiteral("/lumo-config-view");
 }
+
+} // namespace quendar

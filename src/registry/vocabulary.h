@@ -5,6 +5,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+namespace quendar {
+
 static QStringList words(const QString &text) {
     return text.split(QLatin1Char(','));
 }
@@ -18,3 +20,5 @@ const QStringList regEntryTypes = words(QStringLiteral("string,rc4,uuid,char,ipv
 const QStringList changeStates = words(QStringLiteral("modified,created,deleted,nothing"));
 const QStringList trueWords = words(QStringLiteral("yes,true,on,1,ok"));
 const QStringList falseWords = words(QStringLiteral("no,false,off,0,ko"));
+
+} // namespace quendar

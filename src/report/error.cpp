@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "report/error.h"
 
+namespace quendar {
+
 Error::Error(const QString &message) : text(message) {}
 
 Error::~Error() = default;
@@ -11,3 +13,5 @@ QString Error::message() const {
 
 TessaroError::TessaroError(const QString &path, int status)
     : Error(QStringLiteral("error occured on view key: %1, status: %2").arg(path, QString::number(status))) {}
+
+} // namespace quendar

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
+/// The failures that end a command.
 #pragma once
 
 #include <QtCore/QString>
+
+namespace quendar {
 
 /// Why a command cannot go on: a finished sentence for the user, without a line feed. Thrown by value, caught by
 /// reference at the entry point and where an import rolls back.
@@ -23,3 +26,5 @@ class TessaroError : public Error {
 public:
     TessaroError(const QString &path, int status);
 };
+
+} // namespace quendar

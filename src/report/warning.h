@@ -1,24 +1,38 @@
 // SPDX-License-Identifier: MIT
+/// What went wrong without ending a command.
 #pragma once
 
-#include <QtCore/QLatin1String>
 #include <QtCore/QString>
 
-#include <initializer_list>
+#include <functional>
 
-/// One item of a warning: a literal stands as it is, a text in double quotes, a number in decimal.
-class WarningItem {
-public:
-    WarningItem(QLatin1String literal) : shown(literal) {}
-    WarningItem(const QString &text);
-    WarningItem(int number) : shown(QString::number(number)) {}
+namespace quendar {
 
-    const QString &text() const { return shown; }
+/// One thing that was not done. What its kind does not name is empty or 0.
+struct Warning {
+    enum Kind {
+        NotSet,            ///< no entry stands at `path` to take `value`
+        SessionNotCreated, ///< the commit of the new session at `path` failed with `status`
+        SessionNotDeleted, ///< the commit of its deletion failed with `status`
+        PrinterNotCreated, ///< the new printer at `path` did not take `value` as its name
+        PrinterNotDeleted, ///< the commit of its deletion failed with `status`
+        PostActionIgnored, ///< the file at `path` may be somebody else's
+    };
 
-private:
-    QString shown;
+    Kind kind;
+    QString path;
+    QString value;
+    int status = 0;
 };
 
-/// Hands one warning to Qt's message handler, each item followed by a blank. Composed here because QDebug escapes
-/// what stands in a text and drops the last blank.
-void warn(std::initializer_list<WarningItem> items);
+/// Takes each warning as it arises.
+using WarningSink = std::function<void(const Warning &)>;
+
+/// The line that a user reads: literal items as they are, texts in double quotes, numbers in decimal, a blank after
+/// each of them.
+QString lineOf(const Warning &warning);
+
+/// Hands the line to Qt's message handler, which prints it on standard error.
+void printWarning(const Warning &warning);
+
+} // namespace quendar

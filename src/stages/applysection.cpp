@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "commands/setcommand.h"
+#include "stages/applysection.h"
+
 #include <tessaroclient.h>
 
 #include <QtCore/QSystemSemaphore>
 #include <QtCore/QUuid>
 
-namespace {
+#include <optional>
 
-/// The result when the apply service reports anything but success.
-constexpr int notApplied = 6;
+namespace quendar {
+
+namespace {
 
 /// The key through which one section is handed over. It is made, and committed, before the request and is gone
 /// after it, whatever became of it.
@@ -29,7 +31,7 @@ public:
     ApplyKey(const ApplyKey &) = delete;
     ApplyKey &operator=(const ApplyKey &) = delete;
 
-    QString result() const {
+    QString text() const {
         QString value;
         client.get(path, value, RegParamValue, QStringLiteral(""));
         return value;
@@ -39,22 +41,18 @@ public:
     const QString path;
 };
 
-/// Requests the apply and waits for its end; returns the request's status. The semaphore is there before the request
-/// is made, since the service may release it at any time after.
-int requestAndWait(const ApplyKey &key, const QString &section) {
-    QSystemSemaphore done(key.path, 0, QSystemSemaphore::Create);
-    const int status = key.client.requestApply(section, key.path);
-    if (status == 0)
-        done.acquire();
-    return status;
-}
-
 } // namespace
 
-int SetCommand::applySection(TessaroClient &client, const QString &sectionKey) {
+ApplyResult applySection(TessaroClient &client, const QString &sectionKey) {
+    std::optional<QSystemSemaphore> done; // of a refused request, it goes after the key
     const ApplyKey key(client, sectionKey);
-    const int status = requestAndWait(key, sectionKey);
+    done.emplace(key.path, 0, QSystemSemaphore::Create); // before the request: the service may release it at once
+    const int status = client.requestApply(sectionKey, key.path);
     if (status != 0)
-        return status;
-    return key.result() == QLatin1String("0") ? 0 : notApplied;
+        return {status, {}};
+    done->acquire();
+    done.reset();
+    return {0, key.text()};
 }
+
+} // namespace quendar

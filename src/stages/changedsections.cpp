@@ -1,55 +1,45 @@
 // SPDX-License-Identifier: MIT
 #include "stages/changedsections.h"
 
+#include "engine/query.h"
 #include "report/error.h"
 
-#include <QtCore/QBuffer>
-#include <QtCore/QUrl>
-#include <QtXmlPatterns/QXmlFormatter>
-#include <QtXmlPatterns/QXmlQuery>
+namespace quendar {
 
 namespace {
 
-/// The document as the engine reads and writes it; when it cannot be loaded, no document.
-QByteArray loaded(const NamedDocument &document) {
-    QBuffer input;
-    input.setData(document.text);
-    input.open(QIODevice::ReadOnly);
-    QXmlNamePool namePool;
-    QXmlQuery query(namePool);
-    query.bindVariable(QStringLiteral("config"), &input);
-    query.setQuery(QUrl(QStringLiteral("qrc:/queries/wholeDoc.xq")), QUrl());
-    reserveNames(namePool, document.names);
+void require(bool succeeded, const QString &otherwise) {
+    if (!succeeded)
+        throw Error(otherwise);
+}
 
+QString cannotDetect() {
+    return QStringLiteral("Impossible to detect sections to apply");
+}
+
+/// The document as the engine reads and writes it.
+QByteArray loaded(const Document &document) {
+    Query query;
+    query.bind(QStringLiteral("config"), document.bytes);
+    require(query.compile(QStringLiteral("wholeDoc.xq")), cannotDetect());
+    query.reserve(document.contents.names);
     QByteArray result;
-    QBuffer output(&result);
-    output.open(QIODevice::ReadWrite);
-    QXmlFormatter formatter(query, &output);
-    query.evaluateTo(&formatter);
-    return result;
+    // one that cannot be loaded is none, and fails the comparison
+    return query.appendTo(result) ? result : QByteArray();
 }
 
 } // namespace
 
-QStringList changedSections(const NamedDocument &wanted, const NamedDocument &current) {
-    QByteArray newDocument = loaded(wanted);
-    QBuffer newConfig(&newDocument);
-    newConfig.open(QIODevice::ReadWrite);
-    QBuffer initialConfig;
-    initialConfig.setData(current.text);
-    initialConfig.open(QIODevice::ReadOnly);
-
-    QXmlNamePool namePool;
-    QXmlQuery query(namePool);
-    query.bindVariable(QStringLiteral("initialConfig"), &initialConfig);
-    query.bindVariable(QStringLiteral("newConfig"), &newConfig);
-    query.setQuery(QUrl(QStringLiteral("qrc:/queries/diff.xq")), QUrl());
-    if (!query.isValid())
-        throw Error(QStringLiteral("Impossible to detect sections to apply"));
-    reserveNames(namePool, united(current.names, wanted.names));
-
+QStringList changedSections(const Document &wanted, const QByteArray &current) {
+    const Names names = united(wanted.contents.names, scanDocument(current).names);
+    Query query;
+    query.bind(QStringLiteral("initialConfig"), current);
+    query.bind(QStringLiteral("newConfig"), loaded(wanted));
+    require(query.compile(QStringLiteral("diff.xq")), cannotDetect());
+    query.reserve(names);
     QStringList sections;
-    if (!query.evaluateTo(&sections))
-        throw Error(QStringLiteral("An error occured while detecting sections to apply"));
+    require(query.appendTo(sections), QStringLiteral("An error occured while detecting sections to apply"));
     return sections;
 }
+
+} // namespace quendar

@@ -1,26 +1,37 @@
 // SPDX-License-Identifier: MIT
 #include "stages/postaction.h"
 
-#include "report/warning.h"
-
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
+#include <QtCore/QUuid>
 
 #include <cerrno>
-#include <cstdlib>
+#include <cstdio>
 #include <fcntl.h>
-#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace quendar {
 
 namespace {
 
 constexpr char path[] = "/tmp/last-apply-command";
 
-/// Replaces the file by an empty one of this user, never following a link. False when what stands there cannot be
-/// removed, as another user's file in a sticky directory.
-bool replaceByEmptyFile() {
-    ::unlink(path);
+/// Others may put something there again and again; a try takes microseconds.
+constexpr int tries = 100;
+
+/// Takes away whatever stands there, never following a link. What it is not allowed to, as another user's file in a
+/// sticky folder, stays.
+void clear() {
+    if (::unlink(path) == 0 || errno == ENOENT || ::rmdir(path) == 0)
+        return;
+    // a folder with something in it
+    const QByteArray elsewhere = path + ('.' + QUuid::createUuid().toByteArray(QUuid::Id128));
+    ::rename(path, elsewhere.constData()); // NOLINT(cert-err33-c): the next try tells
+}
+
+/// Makes an empty file; false where something stands there.
+bool make() {
     const int descriptor = ::open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
     if (descriptor < 0)
         return false;
@@ -35,38 +46,31 @@ bool isTrusted(int descriptor) {
            (status.st_uid == 0 || status.st_uid == ::geteuid()) && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
-/// The first line of the file; empty when there is no file, nothing when there is one that is not to be trusted.
-std::optional<QString> readLine(bool isFresh) {
+} // namespace
+
+void PostActionFile::replace() {
+    isOwn = false;
+    for (int i = 0; i < tries && !isOwn; ++i) {
+        clear();
+        isOwn = make();
+    }
+}
+
+QString PostActionFile::read(const WarningSink &warn) const {
     QFile file;
     const int descriptor = ::open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
-        return errno == ENOENT ? std::optional<QString>(QString()) : std::nullopt;
-    file.open(descriptor, QIODevice::ReadOnly | QIODevice::Text, QFileDevice::AutoCloseHandle);
-    if (!isFresh || !isTrusted(descriptor))
-        return std::nullopt;
+    if (descriptor < 0 && errno == ENOENT)
+        return {};
+    const bool isOpen =
+        descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly | QIODevice::Text, QFileDevice::AutoCloseHandle);
+    if (!isOpen || !isOwn || !isTrusted(descriptor)) {
+        warn({Warning::PostActionIgnored, QString::fromLatin1(path), {}});
+        return {};
+    }
     return QString::fromUtf8(file.readLine().trimmed());
 }
 
-void start(const QString &command) {
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED // its quoting rules are the ones that a post-action line is written to
-    QProcess::startDetached(command);
-    QT_WARNING_POP
-}
-
-} // namespace
-
-PostAction::PostAction() : isFresh(replaceByEmptyFile()) {}
-
-void PostAction::run(bool noReboot) const {
-    const std::optional<QString> line = readLine(isFresh);
-    if (!line) {
-        warn({QLatin1String("post-action ignored, unsafe file:"), QString::fromLatin1(path)});
-    } else {
-        const QString command = postActionCommand(*line, noReboot, std::getenv("DISPLAY") != nullptr);
-        if (!command.isEmpty())
-            start(command);
-    }
+void PostActionFile::remove() const {
     QFile::remove(QString::fromLatin1(path));
 }
 
@@ -84,3 +88,14 @@ QString postActionCommand(const QString &line, bool noReboot, bool hasDisplay) {
                               kind == QLatin1String("restart-desktop");
     return needsDisplay ? QString() : command;
 }
+
+void startPostAction(const QString &command) {
+    if (command.isEmpty())
+        return;
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED // its quoting rules are the ones that a post-action line is written to
+    QProcess::startDetached(command);
+    QT_WARNING_POP
+}
+
+} // namespace quendar

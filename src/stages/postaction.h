@@ -1,23 +1,35 @@
 // SPDX-License-Identifier: MIT
+/// The post-action that the apply side asks for.
 #pragma once
+
+#include "report/warning.h"
 
 #include <QtCore/QString>
 
-/// The post-action that the apply side asks for: one line in a file which anyone may write to, fields separated by
-/// ":", the first its kind and the last its command line.
-class PostAction {
-public:
-    /// Puts a new, empty file in the place of whatever stands there. Where that fails, the file is not trusted later.
-    PostAction();
+namespace quendar {
 
-    /// Starts the command that was asked for meanwhile, does not wait for it, and removes the file. The line counts
-    /// only in a regular file that belongs to root or to this user and that nobody else can write; in any other, a
-    /// warning takes the action's place.
-    void run(bool noReboot) const;
+/// The file in which the apply side leaves one line, fields separated by ":", the first the action's kind and the last
+/// its command line. Everybody may write to its folder, so whatever stands at its name may be somebody else's.
+class PostActionFile {
+public:
+    /// Puts a new, empty file there. Where that fails, whatever is found there later is not trusted.
+    void replace();
+
+    /// The line; empty when there is none or no file. It counts only in a regular file that belongs to root or to this
+    /// user and that nobody else can write; for any other, a warning.
+    QString read(const WarningSink &warn) const;
+
+    /// Removes the file, if it is there.
+    void remove() const;
 
 private:
-    bool isFresh;
+    bool isOwn = false;
 };
 
 /// The command line that @p line asks for; empty when nothing is to be run.
 QString postActionCommand(const QString &line, bool noReboot, bool hasDisplay);
+
+/// Starts @p command, unless it is empty, as a process of its own and does not wait for it.
+void startPostAction(const QString &command);
+
+} // namespace quendar

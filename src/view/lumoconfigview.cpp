@@ -2,7 +2,6 @@
 #include "view/lumoconfigview.h"
 
 #include "engine/limits.h"
-#include "engine/names.h"
 #include "registry/viewpaths.h"
 #include "report/error.h"
 
@@ -10,8 +9,9 @@
 #include <QtCore/QUuid>
 #include <QtCore/QVariant>
 
-#include <algorithm>
 #include <iterator>
+
+namespace quendar {
 
 namespace {
 
@@ -22,13 +22,13 @@ QString elementName(const QString &entry) {
     return QStringLiteral("uuid-") + QString(entry).remove(QLatin1Char('{')).remove(QLatin1Char('}'));
 }
 
-int numberOf(const QXmlNodeModelIndex &node) {
-    return static_cast<int>(node.data());
-}
-
 } // namespace
 
-LumoConfigView::LumoConfigView(const QXmlNamePool &namePool) : QSimpleXmlNodeModel(namePool) {}
+LumoConfigView::LumoConfigView(const QXmlNamePool &namePool)
+    : QSimpleXmlNodeModel(namePool), ownClient(std::make_unique<TessaroClient>()), client(*ownClient) {}
+
+LumoConfigView::LumoConfigView(const QXmlNamePool &namePool, TessaroClient &registryClient)
+    : QSimpleXmlNodeModel(namePool), client(registryClient) {}
 
 LumoConfigView::~LumoConfigView() = default;
 
@@ -65,9 +65,14 @@ QXmlName LumoConfigView::name(const QXmlNodeModelIndex &node) const {
     const auto known = elementNames.find(entry);
     if (known != elementNames.end())
         return known->second;
-    const auto made = makeName(namePool(), elementName(entry.toString()));
+
+    const QString local = elementName(entry.toString());
+    // the serialiser writes any other as it is, and what is read back is another document
+    if (!QXmlName::isNCName(local))
+        throw Error(QStringLiteral("impossible to export the settings"));
+    const auto made = makeName(namePool(), local);
     if (!made)
-        throw Error(tooManyNames());
+        throw tooManyNames();
     return elementNames.emplace(entry, *made).first->second;
 }
 
@@ -81,17 +86,20 @@ QVariant LumoConfigView::typedValue(const QXmlNodeModelIndex &node) const {
 
 QXmlNodeModelIndex LumoConfigView::nextFromSimpleAxis(SimpleAxis axis, const QXmlNodeModelIndex &node) const {
     const auto code = node.additionalData();
+    const ViewKey key = keyOf(node); // a copy: `keys` grows on the way
     switch (axis) {
     case Parent:
-        return code == KeyText ? createIndex(node.data(), KeyElement) : parent(node);
+        if (code == KeyText)
+            return createIndex(node.data(), KeyElement);
+        return key.contains(QLatin1Char('/')) ? nodeFor(key.parent(), DirectoryElement) : QXmlNodeModelIndex();
     case FirstChild:
         if (code == DirectoryElement)
-            return firstChild(node);
+            return firstChild(key);
         return code == KeyElement ? createIndex(node.data(), KeyText) : QXmlNodeModelIndex();
     case PreviousSibling:
-        return sibling(node, -1);
+        return sibling(node, key, -1);
     case NextSibling:
-        return sibling(node, +1);
+        return sibling(node, key, +1);
     }
     return {};
 }
@@ -101,7 +109,7 @@ QVector<QXmlNodeModelIndex> LumoConfigView::attributes(const QXmlNodeModelIndex 
 }
 
 const ViewKey &LumoConfigView::keyOf(const QXmlNodeModelIndex &node) const {
-    return keys.at(numberOf(node));
+    return keys.at(static_cast<int>(node.data()));
 }
 
 QString LumoConfigView::valueOf(const ViewKey &key) const {
@@ -109,107 +117,50 @@ QString LumoConfigView::valueOf(const ViewKey &key) const {
     return values.size() == 1 ? values.firstKey() : QString();
 }
 
-/// The node of the path. Only few are asked for in this way.
 QXmlNodeModelIndex LumoConfigView::nodeFor(const ViewKey &key, int code) const {
-    int number = keys.indexOf(key);
-    if (number < 0) {
-        number = addNode(key, Place());
-        unplaced.append(number);
-    }
-    return createIndex(qint64(number), code);
+    const auto known = numbers.constFind(key);
+    if (known != numbers.constEnd())
+        return createIndex(qint64(*known), code);
+    numbers.insert(key, keys.size());
+    keys.append(key);
+    return createIndex(qint64(keys.size() - 1), code);
 }
 
-QXmlNodeModelIndex LumoConfigView::parent(const QXmlNodeModelIndex &origin) const {
-    if (const Listing *const listing = places.at(numberOf(origin)).listing)
-        return createIndex(qint64(listing->directory), DirectoryElement);
-    const ViewKey &key = keyOf(origin);
-    return key.contains(QLatin1Char('/')) ? nodeFor(key.parent(), DirectoryElement) : QXmlNodeModelIndex();
+/// The node of what is @p listed for a directory, if it is an entry and of a kind that has one.
+QXmlNodeModelIndex LumoConfigView::nodeOf(const ViewKey &directory, Children::const_iterator listed) const {
+    if (!isEntryOf(directory, listed.key()) || (*listed != RegNodeDir && *listed != RegNodeKey))
+        return {};
+    return nodeFor(listed.key(), *listed == RegNodeDir ? DirectoryElement : KeyElement);
 }
 
-QXmlNodeModelIndex LumoConfigView::firstChild(const QXmlNodeModelIndex &origin) const {
-    Listing &listing = listingOf(numberOf(origin));
-    if (listing.entries.isEmpty())
+QXmlNodeModelIndex LumoConfigView::firstChild(const ViewKey &key) const {
+    const Children &listing = readChildren(key);
+    if (listing.isEmpty())
         return {};
     // the view's root, at level 1, has one "/"
-    if (keyOf(origin).count(QLatin1Char('/')) >= maximumDepth)
-        throw Error(tooDeep());
-    return nodeAt({&listing, 0, listing.entries.cbegin()});
+    if (key.count(QLatin1Char('/')) >= maximumDepth)
+        throw tooDeep();
+    return nodeOf(key, listing.cbegin());
 }
 
-QXmlNodeModelIndex LumoConfigView::sibling(const QXmlNodeModelIndex &origin, int delta) const {
+QXmlNodeModelIndex LumoConfigView::sibling(const QXmlNodeModelIndex &origin, const ViewKey &key, int delta) const {
     if (origin.additionalData() == KeyText)
         return {};
-    const Place place = placeOf(origin);
-    if (!place.listing)
-        return {};
-    const Children &entries = place.listing->entries;
-    const int position = place.position + delta;
-    if (position < 0 || position >= entries.size())
-        return {};
-    return nodeAt({place.listing, position, place.position < 0 ? entries.cbegin() : std::next(place.entry, delta)});
-}
-
-/// The node of the entry at @p place, if it is of a kind that has one.
-QXmlNodeModelIndex LumoConfigView::nodeAt(const Place &place) const {
-    if (*place.entry != RegNodeDir && *place.entry != RegNodeKey)
-        return {};
-    int &number = place.listing->numbers[static_cast<std::size_t>(place.position)];
-    if (number < 0) {
-        const QString &path = place.entry.key();
-        number = takeUnplaced(path);
-        if (number < 0)
-            number = addNode(path, place);
-        else
-            places[number] = place;
-    }
-    return createIndex(qint64(number), *place.entry == RegNodeDir ? DirectoryElement : KeyElement);
-}
-
-int LumoConfigView::addNode(const ViewKey &key, const Place &place) const {
-    keys.append(key);
-    places.append(place);
-    return keys.size() - 1;
-}
-
-/// The number of the node at @p path if it was asked for by that and not met in a listing, otherwise -1. After this it
-/// counts as met.
-int LumoConfigView::takeUnplaced(const QString &path) const {
-    const auto found =
-        std::find_if(unplaced.begin(), unplaced.end(), [&](int number) { return keys.at(number) == path; });
-    if (found == unplaced.end())
-        return -1;
-    const int number = *found;
-    unplaced.erase(found);
-    return number;
-}
-
-/// Where @p origin stands in the listing of its parent; no listing when it has no parent.
-Place LumoConfigView::placeOf(const QXmlNodeModelIndex &origin) const {
-    const Place known = places.at(numberOf(origin));
-    if (known.listing)
-        return known;
-    const QXmlNodeModelIndex directory = nextFromSimpleAxis(Parent, origin);
-    if (directory.isNull())
+    const QXmlNodeModelIndex parent = nextFromSimpleAxis(Parent, origin);
+    if (parent.isNull())
         return {};
 
-    Listing &listing = listingOf(numberOf(directory));
-    const auto entry = listing.entries.constFind(keyOf(origin));
-    if (entry == listing.entries.cend())
-        return {&listing, -1, entry};
-    const Place place{&listing, static_cast<int>(std::distance(listing.entries.cbegin(), entry)), entry};
-    nodeAt(place); // notes that it stands there
-    return place;
-}
-
-Listing &LumoConfigView::listingOf(int directory) const {
-    const auto known = listings.find(directory);
-    if (known != listings.end())
-        return known->second;
-    const Children &entries = readChildren(keys.at(directory));
-    const Listing listing{directory, entries, std::vector<int>(static_cast<std::size_t>(entries.size()), -1)};
-    return listings.emplace(directory, listing).first->second;
+    const ViewKey directory = keyOf(parent);
+    const Children &listing = readChildren(directory);
+    const auto self = listing.constFind(key);
+    if (self == listing.cend()) // as if it stood before the first
+        return delta < 0 || listing.isEmpty() ? QXmlNodeModelIndex() : nodeOf(directory, listing.cbegin());
+    const auto end = delta < 0 ? listing.cbegin() : std::prev(listing.cend());
+    return self == end ? QXmlNodeModelIndex() : nodeOf(directory, std::next(self, delta));
 }
 
 const Children &LumoConfigView::readChildren(const QString &path) const {
-    return ::readChildren(client, childrenCache, path);
+    return quendar::readChildren(client, childrenCache, path);
 }
+
+} // namespace quendar

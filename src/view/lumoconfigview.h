@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
+/// The registry view as a tree for the query engine.
 #pragma once
 
 #include "engine/names.h"
 #include "registry/childrencache.h"
 #include "registry/viewkey.h"
-#include "view/place.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QVector>
 #include <QtXmlPatterns/QSimpleXmlNodeModel>
 
+#include <memory>
 #include <unordered_map>
+
+namespace quendar {
 
 /// Shows the settings in the registry to the query engine as a read-only XML tree:
 ///
@@ -19,19 +23,21 @@
 ///                                                    1920x1080        KeyText
 ///
 /// A node is the number of its key in `keys`, given out in the order in which keys are first seen, and its code; a
-/// key's element and its text share the number. The engine comes to nearly all of them through the listings, which
-/// remember the numbers; only a node that is asked for by its path is searched for. An entry named by a UUID is an
-/// element named `uuid-` and the UUID. Children come in the order of their names. There is no document node, attribute
-/// or namespace.
+/// key's element and its text share the number. An entry named by a UUID is an element named `uuid-` and the UUID.
+/// Children come in the order of their names. There is no document node, attribute or namespace.
 ///
 /// Nothing is read before the engine walks there, and each path is read once. A read that fails throws TessaroError
-/// out of the engine's call; more names than the engine can hold, or more levels than it should, throw Error.
+/// out of the engine's call; a name that no element can bear, more names than the engine can hold, or more levels than
+/// it should, throw Error.
 class LumoConfigView : public QSimpleXmlNodeModel {
 public:
     enum NodeCode { DirectoryElement = 1, KeyElement = 2, KeyText = 3 };
 
-    /// The query that walks the tree must be built on @p namePool too.
+    /// Over a client of its own. The query that walks the tree must be built on @p namePool too.
     explicit LumoConfigView(const QXmlNamePool &namePool);
+
+    /// Over @p registryClient, which must outlive the view.
+    LumoConfigView(const QXmlNamePool &namePool, TessaroClient &registryClient);
     ~LumoConfigView() override;
 
     /// The element of the directory at @p key; reads nothing.
@@ -57,22 +63,19 @@ private:
     const ViewKey &keyOf(const QXmlNodeModelIndex &node) const;
     QString valueOf(const ViewKey &key) const;
     QXmlNodeModelIndex nodeFor(const ViewKey &key, int code) const;
-    QXmlNodeModelIndex parent(const QXmlNodeModelIndex &origin) const;
-    QXmlNodeModelIndex firstChild(const QXmlNodeModelIndex &origin) const;
-    QXmlNodeModelIndex sibling(const QXmlNodeModelIndex &origin, int delta) const;
-    QXmlNodeModelIndex nodeAt(const Place &place) const;
-    int addNode(const ViewKey &key, const Place &place) const;
-    int takeUnplaced(const QString &path) const;
-    Place placeOf(const QXmlNodeModelIndex &origin) const;
-    Listing &listingOf(int directory) const;
+    QXmlNodeModelIndex nodeOf(const ViewKey &directory, Children::const_iterator listed) const;
+    QXmlNodeModelIndex firstChild(const ViewKey &key) const;
+    QXmlNodeModelIndex sibling(const QXmlNodeModelIndex &origin, const ViewKey &key, int delta) const;
     const Children &readChildren(const QString &path) const;
 
+    const std::unique_ptr<TessaroClient> ownClient; // none where it was handed one
+    TessaroClient &client;
+
     // filled while the engine walks, which it does through const calls
-    mutable TessaroClient client;
     mutable QVector<ViewKey> keys;
+    mutable QHash<QString, int> numbers; // the position of each in `keys`
     mutable ChildrenCache childrenCache;
-    mutable QVector<Place> places;                     // by number
-    mutable std::unordered_map<int, Listing> listings; // by the number of the directory
-    mutable QVector<int> unplaced;                     // numbers of the nodes that were asked for by their path
     mutable std::unordered_map<QStringView, QXmlName> elementNames; // by the names of the entries, which lie in `keys`
 };
+
+} // namespace quendar

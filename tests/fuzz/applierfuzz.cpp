@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include "document/document.h"
 #include "fuzz/fuzzeddevice.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
 #include "report/error.h"
+
+using namespace quendar;
 
 extern "C" int LLVMFuzzerTestOneInput(const uchar *data, std::size_t size) {
     static FuzzedDevice device;

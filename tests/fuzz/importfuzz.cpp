@@ -1,50 +1,49 @@
 // SPDX-License-Identifier: MIT
-#include "commands/getcommand.h"
-#include "document/charreferences.h"
-#include "document/documentscan.h"
-#include "document/plaindocument.h"
+#include "document/document.h"
 #include "fuzz/fuzzeddevice.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
 #include "report/error.h"
 #include "stages/changedsections.h"
+#include "stages/exportsettings.h"
+#include "stages/roomcheck.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QCoreApplication>
+
+using namespace quendar;
 
 namespace {
 
 /// One export for all imports: each would leak inside the engine.
-NamedDocument currentSettings() {
+ExportedSettings currentSettings() {
     static int argumentCount = 0;
     static const QCoreApplication application(argumentCount, nullptr);
     QCoreApplication::setLibraryPaths({});
-    QBuffer buffer;
-    buffer.open(QIODevice::ReadWrite);
-    GetCommand::exportConfig(&buffer);
-    return {buffer.data(), namesOfPlainDocument(buffer.data()).value()};
+    TessaroClient client;
+    return exportSettings(client);
 }
 
-/// The quick look at a plain document lets nothing pass that a reader would refuse, and misses none of its names.
+/// The quick look at a plain document lets nothing pass that a reader would refuse, and misses nothing in it.
 void checkQuickLook(const QByteArray &document) {
-    const auto quick = namesOfPlainDocument(document);
+    const auto quick = scanPlainDocument(document);
     if (!quick)
         return;
-    const Names names = checkDocument(document + "<!-- so it is not plain -->");
-    if (!quick->local.contains(names.local) || !names.prefixes.isEmpty() || !names.namespaceUris.isEmpty())
-        qFatal("the quick look missed a name");
+    const Contents contents = scanDocument(document + "<!-- so it is not plain -->");
+    const Names &names = contents.names;
+    if (!quick->names.local.contains(names.local) || !names.prefixes.isEmpty() || !names.namespaceUris.isEmpty() ||
+        !quick->entries.contains(contents.entries) || quick->unnamedEntries < contents.unnamedEntries)
+        qFatal("the quick look missed something");
 }
 
 /// An import without its applies.
-void import(const QByteArray &document, const NamedDocument &current) {
-    LumoConfigViewModifier applier;
+void import(const QByteArray &bytes, const ExportedSettings &current) {
+    TessaroClient client;
+    LumoConfigViewModifier applier(client, [](const Warning &) {});
     try {
-        const QString text = decodedDocument(document);
-        const Names names = checkDocument(document);
-        if (lineOfUnsupportedReference(text) != 0)
-            return;
-        changedSections({document, names}, current);
-        applyDocument(text, applier);
+        const Document document = checkedDocument(bytes);
+        changedSections(document, current.document);
+        requireRoom(document, current.viewNames);
+        applyDocument(document.text, applier);
     } catch (const Error &) {
         applier.rollback();
     }
@@ -54,7 +53,7 @@ void import(const QByteArray &document, const NamedDocument &current) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uchar *data, std::size_t size) {
     static FuzzedDevice device;
-    static const NamedDocument current = currentSettings();
+    static const ExportedSettings current = currentSettings();
 
     const QByteArray document(reinterpret_cast<const char *>(data), static_cast<int>(size));
     checkQuickLook(document);

@@ -82,7 +82,7 @@ private:
         QBuffer buffer(&document);
         buffer.open(QIODevice::WriteOnly | QIODevice::Truncate);
         statements = reads = 0;
-        GetCommand::exportConfig(&buffer);
+        quendar::GetCommand::exportConfig(&buffer);
         return statements;
     }
 
@@ -90,7 +90,7 @@ private:
         ofAnExport(sections, settingsOfEach);
         const QString file = device.write(QStringLiteral("document.xml"), document);
         statements = reads = 0;
-        SetCommand(file, QStringLiteral("all"), false).execute();
+        quendar::SetCommand(file, QStringLiteral("all"), false).execute();
         return statements;
     }
 

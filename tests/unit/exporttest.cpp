@@ -7,6 +7,8 @@
 #include <QtCore/QBuffer>
 #include <QtTest/QTest>
 
+using namespace quendar;
+
 namespace {
 
 /// The document, or the message of the error.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/setcommand.h"
+#include "document/document.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
 #include "report/error.h"
@@ -10,6 +11,8 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryFile>
 #include <QtTest/QTest>
+
+using namespace quendar;
 
 namespace {
 

@@ -6,6 +6,8 @@
 #include <QtTest/QTest>
 #include <QtXmlPatterns/QXmlNamePool>
 
+using namespace quendar;
+
 namespace {
 
 const QString viewKey = QStringLiteral("root/lumo-config-view");
@@ -83,10 +85,10 @@ private Q_SLOTS:
     }
 
     void siblingsAreGoneThroughBackwards() {
-        addKeys({"alpha", "Zeta", "ab", "a_b", "1"});
+        addKeys({"alpha", "Zeta", "ab", "a_b", "_1"});
         const auto last = view->indexForKey(viewKey + QStringLiteral("/alpha"));
         QCOMPARE(view->namesFrom(last, OpenView::PreviousSibling).join(QLatin1Char(' ')),
-                 QStringLiteral("alpha ab a_b Zeta 1"));
+                 QStringLiteral("alpha ab a_b _1 Zeta"));
     }
 
     void aNodeIsTheSameHoweverItIsReached() {
@@ -102,11 +104,11 @@ private Q_SLOTS:
             QCOMPARE(view->nextFromSimpleAxis(OpenView::Parent, node), root);
     }
 
-    void aStepToASiblingLooksUpNothingElse() {
+    void aStepToASiblingAsksForItsParentOnly() {
         for (int i = 0; i < 300; ++i)
             addKeys({"k" + QByteArray::number(i)});
         QCOMPARE(view->childNames().size(), 300);
-        QCOMPARE(view->steps, 301);
+        QCOMPARE(view->steps, 2 * 300 + 1);
     }
 
     void anEntryOfAnotherKindEndsTheChildren_data() {
@@ -122,6 +124,12 @@ private Q_SLOTS:
         QFETCH(const QString, entry);
         registry->directories[viewKey][viewKey + QLatin1Char('/') + entry] = RegNodeDefault;
         QTEST(view->childNames().join(QLatin1Char(' ')), "children");
+    }
+
+    void theTextOfAKeyIsNoChild() {
+        const QString path = viewKey + QStringLiteral("/audio");
+        registry->directories[path] = {{QStringLiteral("root/other/volume"), RegNodeKey}};
+        QVERIFY(view->nextFromSimpleAxis(OpenView::FirstChild, view->indexForKey(path)).isNull());
     }
 
     void aNodeThatItsParentDoesNotListStandsBeforeTheFirst() {

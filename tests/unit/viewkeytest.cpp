@@ -5,6 +5,8 @@
 
 #include <QtTest/QTest>
 
+using namespace quendar;
+
 class ViewKeyTest : public QObject {
     Q_OBJECT
 

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "stages/exportsettings.h"
+
+#include "engine/query.h"
+#include "registry/viewpaths.h"
+#include "report/error.h"
+#include "view/lumoconfigview.h"
+
+namespace quendar {
+
+namespace {
+
+struct SerialisedView {
+    QByteArray xml;
+    Names names;
+};
+
+void require(bool succeeded) {
+    if (!succeeded)
+        throw Error(QStringLiteral("impossible to export the settings"));
+}
+
+/// Every registry read of an export happens here.
+SerialisedView serialisedView(TessaroClient &client) {
+    Query query;
+    LumoConfigView view(query.namePool(), client);
+    query.bind(QStringLiteral("lumoConfig"), QXmlItem(view.indexForKey(viewRoot())));
+    require(query.compile(QStringLiteral("wholeConfig.xq")));
+    QByteArray xml;
+    require(query.appendTo(xml));
+    return {xml, view.names()};
+}
+
+QByteArray configuration(const SerialisedView &view) {
+    Query stylesheet(QXmlQuery::XSLT20);
+    require(stylesheet.setInput(view.xml));
+    require(stylesheet.compile(QStringLiteral("toLumoConfigFormat.xsl")));
+    stylesheet.reserve(view.names);
+    QByteArray document("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n");
+    require(stylesheet.appendTo(document));
+    return document;
+}
+
+} // namespace
+
+ExportedSettings exportSettings(TessaroClient &client) {
+    const SerialisedView view = serialisedView(client);
+    return {configuration(view), view.names.local};
+}
+
+} // namespace quendar

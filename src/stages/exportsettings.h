@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+/// The settings in the registry as a configuration document.
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QSet>
+#include <QtCore/QString>
+
+class TessaroClient;
+
+namespace quendar {
+
+struct ExportedSettings {
+    QByteArray document;
+    QSet<QString> viewNames; ///< of the elements of the view, of which the document shows some in another form
+};
+
+/// The settings that @p client sees. Throws TessaroError when the registry fails, Error when it holds what no document
+/// can: a name that no element can bear, a character that XML does not have, too many names or levels.
+ExportedSettings exportSettings(TessaroClient &client);
+
+} // namespace quendar
