@@ -19,9 +19,9 @@ const Children &readChildren(TessaroClient &client, ChildrenCache &cache, const 
     return *cache.insert(place, path, children);
 }
 
-bool isEntryOf(const QString &directory, const QString &listed) {
-    return listed.size() > directory.size() + 1 && listed.at(directory.size()) == QLatin1Char('/') &&
-           listed.startsWith(directory);
+bool isEntryOf(QStringView directory, const QString &listed) {
+    return listed.size() > directory.size() + 1 && listed.at(static_cast<int>(directory.size())) == QLatin1Char('/') &&
+           QStringView(listed).startsWith(directory);
 }
 
 QStringList entriesOf(const QString &directory, const Children &listing) {

@@ -5,6 +5,7 @@
 #include <tessaroclient.h>
 
 #include <QtCore/QStringList>
+#include <QtCore/QStringView>
 
 namespace quendar {
 
@@ -20,7 +21,7 @@ using ChildrenCache = QMap<QString, Children>;
 const Children &readChildren(TessaroClient &client, ChildrenCache &cache, const QString &path);
 
 /// Whether @p listed is the path of an entry of @p directory, rather than the text of a key.
-bool isEntryOf(const QString &directory, const QString &listed);
+bool isEntryOf(QStringView directory, const QString &listed);
 
 /// The paths of those listed for @p directory that are entries of it.
 QStringList entriesOf(const QString &directory, const Children &listing);

@@ -36,6 +36,10 @@ QStringView nameIn(const QString &path) {
     return QStringView(path).mid(path.lastIndexOf(separator) + 1);
 }
 
+QStringView parentIn(const QString &path) {
+    return QStringView(path).left(qMax(path.lastIndexOf(separator), 0));
+}
+
 ViewKey childKey(const QString &directory, const QString &name) {
     return QString(directory % separator % name);
 }

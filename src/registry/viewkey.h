@@ -42,6 +42,9 @@ public:
 /// What `ViewKey::name` returns, without a copy: good as long as the text of @p path.
 QStringView nameIn(const QString &path);
 
+/// The text of what `ViewKey::parent` returns, likewise.
+QStringView parentIn(const QString &path);
+
 /// The key of the entry called @p name in @p directory.
 ViewKey childKey(const QString &directory, const QString &name);
 

@@ -86,20 +86,17 @@ QVariant LumoConfigView::typedValue(const QXmlNodeModelIndex &node) const {
 
 QXmlNodeModelIndex LumoConfigView::nextFromSimpleAxis(SimpleAxis axis, const QXmlNodeModelIndex &node) const {
     const auto code = node.additionalData();
-    const ViewKey key = keyOf(node); // a copy: `keys` grows on the way
     switch (axis) {
     case Parent:
-        if (code == KeyText)
-            return createIndex(node.data(), KeyElement);
-        return key.contains(QLatin1Char('/')) ? nodeFor(key.parent(), DirectoryElement) : QXmlNodeModelIndex();
+        return code == KeyText ? createIndex(node.data(), KeyElement) : parent(keyOf(node));
     case FirstChild:
         if (code == DirectoryElement)
-            return firstChild(key);
+            return firstChild(keyOf(node));
         return code == KeyElement ? createIndex(node.data(), KeyText) : QXmlNodeModelIndex();
     case PreviousSibling:
-        return sibling(node, key, -1);
+        return sibling(node, -1);
     case NextSibling:
-        return sibling(node, key, +1);
+        return sibling(node, +1);
     }
     return {};
 }
@@ -123,40 +120,59 @@ QXmlNodeModelIndex LumoConfigView::nodeFor(const ViewKey &key, int code) const {
         return createIndex(qint64(*known), code);
     numbers.insert(key, keys.size());
     keys.append(key);
+    places.append(Place());
     return createIndex(qint64(keys.size() - 1), code);
 }
 
-/// The node of what is @p listed for a directory, if it is an entry and of a kind that has one.
-QXmlNodeModelIndex LumoConfigView::nodeOf(const ViewKey &directory, Children::const_iterator listed) const {
+/// The node of what is listed for @p directory at @p place, if that is an entry and of a kind that has one.
+QXmlNodeModelIndex LumoConfigView::nodeAt(QStringView directory, const Place &place) const {
+    const auto &listed = place.entry;
     if (!isEntryOf(directory, listed.key()) || (*listed != RegNodeDir && *listed != RegNodeKey))
         return {};
-    return nodeFor(listed.key(), *listed == RegNodeDir ? DirectoryElement : KeyElement);
+    const QXmlNodeModelIndex node = nodeFor(listed.key(), *listed == RegNodeDir ? DirectoryElement : KeyElement);
+    places[static_cast<int>(node.data())] = place;
+    return node;
 }
 
-QXmlNodeModelIndex LumoConfigView::firstChild(const ViewKey &key) const {
+/// The end of the listing where its directory does not list it; no listing without a directory.
+LumoConfigView::Place LumoConfigView::placeOf(const QXmlNodeModelIndex &origin) const {
+    const Place known = places.at(static_cast<int>(origin.data()));
+    if (known.listing)
+        return known;
+    const QXmlNodeModelIndex directory = nextFromSimpleAxis(Parent, origin);
+    if (directory.isNull())
+        return {};
+    const Children &listing = readChildren(keyOf(directory));
+    return {&listing, listing.constFind(keyOf(origin))};
+}
+
+QXmlNodeModelIndex LumoConfigView::parent(const ViewKey &key) const {
+    return key.contains(QLatin1Char('/')) ? nodeFor(key.parent(), DirectoryElement) : QXmlNodeModelIndex();
+}
+
+QXmlNodeModelIndex LumoConfigView::firstChild(const QString &key) const {
     const Children &listing = readChildren(key);
     if (listing.isEmpty())
         return {};
     // the view's root, at level 1, has one "/"
     if (key.count(QLatin1Char('/')) >= maximumDepth)
         throw tooDeep();
-    return nodeOf(key, listing.cbegin());
+    return nodeAt(key, {&listing, listing.cbegin()});
 }
 
-QXmlNodeModelIndex LumoConfigView::sibling(const QXmlNodeModelIndex &origin, const ViewKey &key, int delta) const {
+QXmlNodeModelIndex LumoConfigView::sibling(const QXmlNodeModelIndex &origin, int delta) const {
     if (origin.additionalData() == KeyText)
         return {};
-    const QXmlNodeModelIndex parent = nextFromSimpleAxis(Parent, origin);
-    if (parent.isNull())
+    const auto [listing, self] = placeOf(origin);
+    if (!listing || listing->isEmpty())
         return {};
 
-    const ViewKey directory = keyOf(parent);
-    const Children &listing = readChildren(directory);
-    const auto self = listing.constFind(key);
-    if (self == listing.cend()) // as if it stood before the first
-        return delta < 0 || listing.isEmpty() ? QXmlNodeModelIndex() : nodeOf(directory, listing.cbegin());
-    const auto end = delta < 0 ? listing.cbegin() : std::prev(listing.cend());
-    return self == end ? QXmlNodeModelIndex() : nodeOf(directory, std::next(self, delta));
+    const ViewKey key = keyOf(origin); // a copy: `keys` grows
+    const QStringView directory = parentIn(key);
+    if (self == listing->cend()) // as if it stood before the first
+        return delta < 0 ? QXmlNodeModelIndex() : nodeAt(directory, {listing, listing->cbegin()});
+    const auto last = delta < 0 ? listing->cbegin() : std::prev(listing->cend());
+    return self == last ? QXmlNodeModelIndex() : nodeAt(directory, {listing, std::next(self, delta)});
 }
 
 const Children &LumoConfigView::readChildren(const QString &path) const {

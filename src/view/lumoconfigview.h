@@ -60,12 +60,20 @@ protected:
     QVector<QXmlNodeModelIndex> attributes(const QXmlNodeModelIndex &node) const override;
 
 private:
+    /// Where a node stands in the listing of its directory.
+    struct Place {
+        const Children *listing = nullptr; // null: it was not met there yet
+        Children::const_iterator entry;
+    };
+
+    QXmlNodeModelIndex nodeAt(QStringView directory, const Place &place) const;
+    Place placeOf(const QXmlNodeModelIndex &origin) const;
     const ViewKey &keyOf(const QXmlNodeModelIndex &node) const;
     QString valueOf(const ViewKey &key) const;
     QXmlNodeModelIndex nodeFor(const ViewKey &key, int code) const;
-    QXmlNodeModelIndex nodeOf(const ViewKey &directory, Children::const_iterator listed) const;
-    QXmlNodeModelIndex firstChild(const ViewKey &key) const;
-    QXmlNodeModelIndex sibling(const QXmlNodeModelIndex &origin, const ViewKey &key, int delta) const;
+    QXmlNodeModelIndex parent(const ViewKey &key) const;
+    QXmlNodeModelIndex firstChild(const QString &key) const;
+    QXmlNodeModelIndex sibling(const QXmlNodeModelIndex &origin, int delta) const;
     const Children &readChildren(const QString &path) const;
 
     const std::unique_ptr<TessaroClient> ownClient; // none where it was handed one
@@ -74,6 +82,7 @@ private:
     // filled while the engine walks, which it does through const calls
     mutable QVector<ViewKey> keys;
     mutable QHash<QString, int> numbers; // the position of each in `keys`
+    mutable QVector<Place> places;       // of each, so that a step to a sibling searches for nothing
     mutable ChildrenCache childrenCache;
     mutable std::unordered_map<QStringView, QXmlName> elementNames; // by the names of the entries, which lie in `keys`
 };
