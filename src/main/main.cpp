@@ -5,6 +5,7 @@
 #include "report/error.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
 
 #include <cstdio>
 #include <cstdlib>
@@ -47,6 +48,19 @@ int runCommand(const Arguments &arguments, std::unique_ptr<ICommand> &command) {
     }
 }
 
+bool isAlone() {
+    return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size() == 1;
+}
+
+/// Ends the process. The engine's network access manager has started a thread that may not even have got to its first
+/// line; where `exit` destroys Qt's globals under it, it crashes. The application waits for it, for some seconds.
+[[noreturn]] void end(std::optional<QCoreApplication> &application, int status) {
+    application.reset();
+    if (!isAlone())
+        std::_Exit(status);
+    std::exit(status);
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
@@ -59,8 +73,5 @@ int main(int argc, char *argv[]) {
     const auto *const usageError = std::get_if<UsageError>(&scanned);
     const int status = usageError ? answerWithUsage(*usageError) : runCommand(std::get<Arguments>(scanned), command);
 
-    // The engine's network access manager has started a thread, which may not even have got to its first line. The
-    // application's end waits for it; `exit` would destroy Qt's globals under it.
-    application.reset();
-    std::exit(status);
+    end(application, status);
 }
