@@ -8,19 +8,7 @@
 
 #include <sys/resource.h>
 
-/// What is typed on a device, and what comes of it. A story's parts:
-///
-///     needs      what must succeed, or else the story is skipped
-///     registry   the registry before, as JSON; otherwise that of small.json
-///     file       the file f
-///     hook       the apply hook of every section
-///     setup      commands; what they change does not count
-///     call       commands, typed in a folder that holds no file but f
-///     out, err   what they print
-///     status     of the last one; 0 if it is not given
-///     left       what is left behind, see Device::leftovers
-///     changes    of the lines in a dump of the registry, as `diff` shows them
-///     log        what they, or anything that they have started, appended to the file $LOG
+/// What is typed on a device, and what comes of it. The parts of a story are described at the head of each file.
 class CallsTest : public QObject {
     Q_OBJECT
 
@@ -34,7 +22,9 @@ private Q_SLOTS:
     void init() { removePostAction(); }
     void cleanup() { removePostAction(); }
 
-    void aCallHasItsResult_data() { addStories(QStringLiteral(CALLS)); }
+    void aCallHasItsResult_data() {
+        addStories(QStringLiteral(CALLS), "needs registry file hook setup call out err status left changes log");
+    }
 
     void aCallHasItsResult() {
         QFETCH(const Story, story);

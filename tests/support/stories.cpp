@@ -8,23 +8,60 @@
 
 namespace {
 
-QVector<Story> storiesIn(const QString &text) {
-    QVector<Story> stories;
-    QString part;
-    for (QString line : text.split(QLatin1Char('\n'))) {
-        if (line.startsWith(QLatin1String("== "))) {
-            stories.append({line.mid(3), {}});
-        } else if (line.endsWith(QLatin1Char(':')) && !line.startsWith(QLatin1Char(' '))) {
-            part = line.chopped(1);
-            stories.last().parts.insert(part, {});
-        } else if (line.startsWith(QLatin1String("  "))) {
-            line.replace(QLatin1String("\\n"), QLatin1String("\n")).replace(QLatin1String("\\t"), QLatin1String("\t"));
-            line.replace(QLatin1String("\\r"), QLatin1String("\r")).replace(QLatin1String("\\s"), QLatin1String(" "));
-            stories.last().parts[part].append(line.mid(2));
-        }
-    }
-    return stories;
+/// The text of a part's line, with what cannot be seen in a file.
+QString unescaped(QString line) {
+    line.replace(QLatin1String("\\n"), QLatin1String("\n")).replace(QLatin1String("\\t"), QLatin1String("\t"));
+    return line.replace(QLatin1String("\\r"), QLatin1String("\r")).replace(QLatin1String("\\s"), QLatin1String(" "));
 }
+
+/// Takes the lines of a file one after the other.
+class Reader {
+public:
+    explicit Reader(const QStringList &parts) : knownParts(parts) {}
+
+    /// What is wrong with the line; null when nothing is.
+    const char *read(const QString &line) {
+        if (line.startsWith(QLatin1Char('#')))
+            return nullptr;
+        if (line.startsWith(QLatin1String("== ")))
+            return begin(line.mid(3));
+        if (line.endsWith(QLatin1Char(':')) && !line.startsWith(QLatin1Char(' ')))
+            return beginPart(line.chopped(1));
+        if (line.isEmpty())
+            lines = nullptr;
+        else if (lines && line.startsWith(QLatin1String("  ")))
+            lines->append(unescaped(line.mid(2)));
+        else
+            return "neither a story's name nor a part's, nor a line of a part";
+        return nullptr;
+    }
+
+    QVector<Story> stories;
+
+private:
+    const char *begin(const QString &name) {
+        lines = nullptr;
+        for (const Story &story : std::as_const(stories))
+            if (story.name == name)
+                return "there is a story of this name";
+        stories.append({name, {}});
+        return nullptr;
+    }
+
+    const char *beginPart(const QString &part) {
+        if (stories.isEmpty())
+            return "a part before the first story";
+        if (!knownParts.contains(part))
+            return "an unknown part";
+        if (stories.last().parts.contains(part))
+            return "the story has this part already";
+        lines = &stories.last().parts[part];
+        return nullptr;
+    }
+
+    const QStringList knownParts;
+    QStringList *lines = nullptr; // of the part that is read
+};
 
 void complete(Story &story, const Story &each) {
     for (auto part = each.parts.cbegin(); part != each.parts.cend(); ++part)
@@ -40,11 +77,18 @@ void complete(Story &story, const Story &each) {
 
 } // namespace
 
-void addStories(const QString &path) {
-    QVector<Story> stories = storiesIn(QString::fromUtf8(contentsOf(path)));
+void addStories(const QString &path, const char *parts) {
+    Reader reader(QString::fromLatin1(parts).split(QLatin1Char(' ')) + QStringList(QStringLiteral("words")));
+    int number = 0;
+    for (const QString &line : QString::fromUtf8(contentsOf(path)).split(QLatin1Char('\n'))) {
+        ++number;
+        if (const char *const mistake = reader.read(line))
+            qFatal("%s:%d: %s", qUtf8Printable(path), number, mistake);
+    }
+    QVector<Story> stories = reader.stories;
     const Story each = stories.value(0).name == QLatin1String("each") ? stories.takeFirst() : Story();
     if (stories.isEmpty())
-        qFatal("no stories in %s", qUtf8Printable(path));
+        qFatal("%s:%d: no stories", qUtf8Printable(path), number);
     QTest::addColumn<Story>("story");
     for (Story &story : stories) {
         complete(story, each);
