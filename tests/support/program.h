@@ -15,6 +15,9 @@
 
 using Environment = QMap<QByteArray, QByteArray>;
 
+/// The same, for programs that are to be killed: a leak check that is interrupted prints what no test can expect.
+Environment withoutLeakCheck(Environment environment);
+
 struct Outcome {
     int status = 0; // the exit status, or minus the signal that ended it
     QByteArray out;
@@ -30,6 +33,7 @@ public:
     Program(const Program &) = delete;
     Program &operator=(const Program &) = delete;
 
+    /// Kills its whole group. It must have been started without a leak check.
     void kill() const;
 
     /// Its end; a program that takes longer than two minutes is killed. What it printed is read from files, so that
@@ -37,7 +41,10 @@ public:
     Outcome wait();
 
 private:
+    void end() const;
+
     QTemporaryDir folder;
+    const bool isLeakChecked;
     pid_t process = -1;
     bool isReaped = false;
 };

@@ -50,7 +50,8 @@ private:
         environment.insert(fault);
         environment.insert("FAULT_LOG", QFile::encodeName(device.path(log)));
         environment.insert("LD_PRELOAD", FAULTY_CLIENT);
-        environment.insert("ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":verify_asan_link_order=0");
+        const QByteArray options = environment.value("ASAN_OPTIONS", qgetenv("ASAN_OPTIONS"));
+        environment.insert("ASAN_OPTIONS", options + ":verify_asan_link_order=0");
         return ::run(device.path(QStringLiteral("bin/quendarsettings")), arguments, environment);
     }
 
