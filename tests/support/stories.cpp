@@ -14,54 +14,39 @@ QString unescaped(QString line) {
     return line.replace(QLatin1String("\\r"), QLatin1String("\r")).replace(QLatin1String("\\s"), QLatin1String(" "));
 }
 
-/// Takes the lines of a file one after the other.
-class Reader {
-public:
-    explicit Reader(const QStringList &parts) : knownParts(parts) {}
-
-    /// What is wrong with the line; null when nothing is.
-    const char *read(const QString &line) {
-        if (line.startsWith(QLatin1Char('#')))
-            return nullptr;
-        if (line.startsWith(QLatin1String("== ")))
-            return begin(line.mid(3));
-        if (line.endsWith(QLatin1Char(':')) && !line.startsWith(QLatin1Char(' ')))
-            return beginPart(line.chopped(1));
-        if (line.isEmpty())
-            lines = nullptr;
-        else if (lines && line.startsWith(QLatin1String("  ")))
-            lines->append(unescaped(line.mid(2)));
-        else
-            return "neither a story's name nor a part's, nor a line of a part";
-        return nullptr;
-    }
-
+QVector<Story> storiesIn(const QString &path, const QStringList &knownParts) {
     QVector<Story> stories;
-
-private:
-    const char *begin(const QString &name) {
-        lines = nullptr;
-        for (const Story &story : std::as_const(stories))
-            if (story.name == name)
-                return "there is a story of this name";
-        stories.append({name, {}});
-        return nullptr;
+    QString part; // that is read
+    int number = 0;
+    for (const QString &line : QString::fromUtf8(contentsOf(path)).split(QLatin1Char('\n'))) {
+        ++number;
+        const auto require = [&](bool holds, const char *otherwise) {
+            if (!holds)
+                qFatal("%s:%d: %s", qUtf8Printable(path), number, otherwise);
+        };
+        if (line.startsWith(QLatin1Char('#')))
+            continue;
+        if (line.startsWith(QLatin1String("== "))) {
+            for (const Story &story : std::as_const(stories))
+                require(story.name != line.mid(3), "there is a story of this name");
+            stories.append({line.mid(3), {}});
+            part.clear();
+        } else if (line.endsWith(QLatin1Char(':')) && !line.startsWith(QLatin1Char(' '))) {
+            part = line.chopped(1);
+            require(!stories.isEmpty(), "a part before the first story");
+            require(knownParts.contains(part), "an unknown part");
+            require(!stories.last().parts.contains(part), "the story has this part already");
+            stories.last().parts.insert(part, {});
+        } else if (line.isEmpty()) {
+            part.clear();
+        } else {
+            require(!part.isEmpty() && line.startsWith(QLatin1String("  ")),
+                    "no name of a story or part, nor a part's line");
+            stories.last().parts[part].append(unescaped(line.mid(2)));
+        }
     }
-
-    const char *beginPart(const QString &part) {
-        if (stories.isEmpty())
-            return "a part before the first story";
-        if (!knownParts.contains(part))
-            return "an unknown part";
-        if (stories.last().parts.contains(part))
-            return "the story has this part already";
-        lines = &stories.last().parts[part];
-        return nullptr;
-    }
-
-    const QStringList knownParts;
-    QStringList *lines = nullptr; // of the part that is read
-};
+    return stories;
+}
 
 void complete(Story &story, const Story &each) {
     for (auto part = each.parts.cbegin(); part != each.parts.cend(); ++part)
@@ -78,17 +63,11 @@ void complete(Story &story, const Story &each) {
 } // namespace
 
 void addStories(const QString &path, const char *parts) {
-    Reader reader(QString::fromLatin1(parts).split(QLatin1Char(' ')) + QStringList(QStringLiteral("words")));
-    int number = 0;
-    for (const QString &line : QString::fromUtf8(contentsOf(path)).split(QLatin1Char('\n'))) {
-        ++number;
-        if (const char *const mistake = reader.read(line))
-            qFatal("%s:%d: %s", qUtf8Printable(path), number, mistake);
-    }
-    QVector<Story> stories = reader.stories;
+    const QStringList knownParts = QString::fromLatin1(parts).split(QLatin1Char(' '));
+    QVector<Story> stories = storiesIn(path, knownParts + QStringList(QStringLiteral("words")));
     const Story each = stories.value(0).name == QLatin1String("each") ? stories.takeFirst() : Story();
     if (stories.isEmpty())
-        qFatal("%s:%d: no stories", qUtf8Printable(path), number);
+        qFatal("no stories in %s", qUtf8Printable(path));
     QTest::addColumn<Story>("story");
     for (Story &story : stories) {
         complete(story, each);
