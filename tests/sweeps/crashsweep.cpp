@@ -29,7 +29,7 @@ private Q_SLOTS:
         runs.reset();
         QElapsedTimer timer;
         timer.start();
-        QCOMPARE(runs.device.importFrom(document).status, 0);
+        QCOMPARE(runs.device.run(import).status, 0);
         length = static_cast<int>(timer.nsecsElapsed() / 1000);
         qputenv("TMPDIR", runs.device.environment.value("TMPDIR")); // where the semaphores are
     }
@@ -57,7 +57,8 @@ private Q_SLOTS:
             killed += wasKilledAfter(sweep.below(length), run % 2 != 0) ? 1 : 0;
             // the service removes what the tool has left
             QVERIFY(waitUntil([&] { return runs.device.processes().isEmpty(); }));
-            QCOMPARE(integrity(), QByteArray("ok\n"));
+            QCOMPARE(runs.device.run("sqlite3 -cmd '.timeout 30000' ../registry.db 'PRAGMA integrity_check'").out,
+                     QByteArray("ok\n"));
             const QByteArray settings = runs.settings();
             QVERIFY(states.contains(settings));
             met.insert(settings);
@@ -73,7 +74,7 @@ private Q_SLOTS:
 
 private:
     void runAgain() const {
-        QCOMPARE(runs.device.importFrom(document).err, QByteArray());
+        QCOMPARE(runs.device.run(import).err, QByteArray());
         QCOMPARE(runs.settings(), wanted);
     }
 
@@ -83,7 +84,7 @@ private:
 
     bool wasKilledAfter(int microseconds, bool withService) const {
         runs.reset();
-        Program tool = runs.device.startTool(document, QStringLiteral("-set"));
+        Program tool = runs.device.start("exec " + import);
         QThread::usleep(static_cast<unsigned long>(microseconds));
         tool.kill();
         for (auto all = runs.device.processes(); withService && !all.isEmpty(); all = runs.device.processes())
@@ -91,24 +92,18 @@ private:
         return tool.wait().status == -SIGKILL;
     }
 
-    QByteArray integrity() const {
-        return run(QStringLiteral("sqlite3"),
-                   {QStringLiteral("-cmd"), QStringLiteral(".timeout 30000"), runs.device.path(runs.registry),
-                    QStringLiteral("PRAGMA integrity_check")})
-            .out;
-    }
-
     /// Removes the semaphores of applies that nobody knows of any more; returns the number of their keys.
     int removeOrphans() const {
-        const QByteArray dump = runs.device.dump(QStringLiteral("tmp/applying"));
+        const QByteArray dump = runs.device.dump("tmp/applying");
         const QStringList keys = QJsonDocument::fromJson(dump).object().keys();
         for (const QString &key : keys) // its owner removes it
             const QSystemSemaphore owned(QStringLiteral("tmp/applying/") + key, 0, QSystemSemaphore::Create);
         return keys.size();
     }
 
-    const QString document = QStringLiteral(EXAMPLES "/new-configuration.xml");
-    FaultyRuns runs{{document, QStringLiteral("-set"), QStringLiteral("all")}};
+    const QByteArray arguments = "-settings '" EXAMPLES "/new-configuration.xml' -set all";
+    const QByteArray import = "quendarsettings " + arguments;
+    FaultyRuns runs{arguments};
     QStringList calls; // of an import
     QByteArray wanted;
     QSet<QByteArray> states; // between two commits

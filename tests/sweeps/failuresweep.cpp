@@ -19,20 +19,19 @@ private Q_SLOTS:
         unfit.load(R"({"root": {"lumo-config-view": {"no XML name": ""}}})");
         const Device missing;
         QVERIFY(QFile::remove(missing.path(QStringLiteral("registry.db"))));
-        const QString document = QStringLiteral(EXAMPLES "/new-configuration.xml");
-        const QString text = example.write(QStringLiteral("text"), "no XML");
-        const QString nowhere = QStringLiteral("/dev/null");
-        const QString get = QStringLiteral("-get");
-        const QString set = QStringLiteral("-set");
+        const QByteArray get = "exec quendarsettings -settings /dev/null -get all";
+        const QByteArray set = "exec quendarsettings -settings '" EXAMPLES "/new-configuration.xml' -set all";
+        const QByteArray setText = "exec quendarsettings -settings f -set all";
+        example.write(QStringLiteral("home/f"), "no XML");
 
         const int cases = Sweep::cases(200, 20000);
         for (int i = 0; i < cases; i += 8) {
             std::vector<std::unique_ptr<Program>> runs;
             for (int pair = 0; pair < 2; ++pair) {
-                runs.emplace_back(new Program(missing.startTool(nowhere, get)));
-                runs.emplace_back(new Program(missing.startTool(document, set)));
-                runs.emplace_back(new Program(unfit.startTool(nowhere, get)));
-                runs.emplace_back(new Program(example.startTool(text, set)));
+                runs.emplace_back(new Program(missing.start(get)));
+                runs.emplace_back(new Program(missing.start(set)));
+                runs.emplace_back(new Program(unfit.start(get)));
+                runs.emplace_back(new Program(example.start(setText)));
             }
             for (const auto &run : runs)
                 QCOMPARE(run->wait().status, 1);

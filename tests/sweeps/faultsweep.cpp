@@ -131,15 +131,13 @@ private Q_SLOTS:
     void eachFailureEndsAsPromised_data() {
         if (qEnvironmentVariableIsSet("TEST_EMULATOR"))
             QSKIP("a library cannot be loaded into the emulated tool alone");
-        QTest::addColumn<QStringList>("arguments");
-        const QString all = QStringLiteral("all");
-        QTest::newRow("export") << QStringList{QStringLiteral("/dev/null"), QStringLiteral("-get"), all};
-        QTest::newRow("import") << QStringList{QStringLiteral(EXAMPLES "/new-configuration.xml"),
-                                               QStringLiteral("-set"), all};
+        QTest::addColumn<QByteArray>("arguments");
+        QTest::newRow("export") << QByteArray("-settings /dev/null -get all");
+        QTest::newRow("import") << QByteArray("-settings '" EXAMPLES "/new-configuration.xml' -set all");
     }
 
     void eachFailureEndsAsPromised() {
-        QFETCH(const QStringList, arguments);
+        QFETCH(const QByteArray, arguments);
         const FaultyRuns runs(arguments);
         QCOMPARE(runs.run().err, QByteArray());
         const QStringList calls = runs.calls();

@@ -137,18 +137,18 @@ class RoundTripSweep : public QObject {
 private Q_SLOTS:
     void anExportImportedIsExportedAgain() {
         const Device device;
-        const QString file = device.path(QStringLiteral("document.xml"));
+        const QString file = device.path(QStringLiteral("home/f"));
         Sweep sweep;
         qint64 bytes = 0;
         const int cases = Sweep::cases(10, 200);
         for (int i = 0; i < cases; ++i) {
             MadeUpRegistry registry(sweep);
             device.load(registry.json());
-            QCOMPARE(device.exportTo(file).err, QByteArray());
+            QCOMPARE(device.run("quendarsettings -settings f -get all").err, QByteArray());
             const QByteArray document = contentsOf(file);
             device.load(registry.emptiedJson());
-            QCOMPARE(device.importFrom(file).err, QByteArray());
-            QCOMPARE(device.exportTo(file).err, QByteArray());
+            QCOMPARE(device.run("quendarsettings -settings f -set all").err, QByteArray());
+            QCOMPARE(device.run("quendarsettings -settings f -get all").err, QByteArray());
             QCOMPARE(contentsOf(file), registry.comingBack(document));
             QCOMPARE(device.leftovers(), QStringList());
             bytes += document.size();
