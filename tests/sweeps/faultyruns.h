@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+/// Runs of the tool in which a registry call fails or ends them.
 #pragma once
 
 #include "support/device.h"
@@ -43,10 +44,9 @@ private:
     Outcome start(const QByteArray &fault) const {
         reset();
         QFile::remove(device.path(log));
-        return device.run(fault +
-                          " FAULT_LOG=../calls LD_PRELOAD='" FAULTY_CLIENT "' "
-                          "ASAN_OPTIONS=$ASAN_OPTIONS:verify_asan_link_order=0 exec quendarsettings " +
-                          arguments);
+        const QByteArray library =
+            " LD_PRELOAD='" FAULTY_CLIENT "' ASAN_OPTIONS=$ASAN_OPTIONS:verify_asan_link_order=0";
+        return device.run(fault + " FAULT_LOG=../calls" + library + " exec quendarsettings " + arguments);
     }
 
     const QString log = QStringLiteral("calls");

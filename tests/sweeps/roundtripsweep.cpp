@@ -106,9 +106,7 @@ private:
         const int count = sweep.below(4);
         QJsonObject entries;
         for (int i = 0; i < count; ++i) {
-            const auto part = [this] { return static_cast<quint32>(sweep.below(0x7fffffff)); };
-            const quint32 parts[] = {part(), part(), part(), part()};
-            QString id = QUuid::fromRfc4122(QByteArray(reinterpret_cast<const char *>(parts), sizeof parts)).toString();
+            QString id = QUuid::createUuidV5(QUuid(), QByteArray::number(sweep.below(0x7fffffff))).toString();
             if (count == 1) {
                 upperCaseIds.append(id.toUpper().toUtf8());
                 id = sweep.chance(50) ? id.toUpper() : id.toUpper().mid(1).chopped(1);
