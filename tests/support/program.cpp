@@ -61,7 +61,7 @@ void Program::end() const {
 Outcome Program::wait() {
     int status = 0;
     const auto hasEnded = [&] { return ::waitpid(process, &status, WNOHANG) == process; };
-    if (!waitUntil(hasEnded, std::chrono::seconds(120))) {
+    if (!waitUntil(hasEnded, std::chrono::minutes(qgetenv("SWEEP") == "long" ? 120 : 2))) {
         end();
         ::waitpid(process, &status, 0);
     }

@@ -35,8 +35,8 @@ public:
     /// Kills its whole group. It must have been started without a leak check.
     void kill() const;
 
-    /// Its end; one that takes longer than two minutes is killed. What it printed is read from files, so that what it
-    /// leaves running does not hold the caller.
+    /// Its end; what takes longer than two minutes, or two hours in a long sweep, is killed. What it printed is read
+    /// from files, so that what it leaves running does not hold the caller.
     Outcome wait();
 
 private:
