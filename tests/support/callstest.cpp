@@ -58,7 +58,7 @@ private Q_SLOTS:
     }
 
 private:
-    /// Of its registry, so that none changes for the sake of the next.
+    /// A dump without commas, which come and go with the lines that follow.
     static QByteArray linesOf(const Device &device) { return device.dump().replace(",\n", "\n"); }
 
     static QStringList changes(const Device &device) {
@@ -68,7 +68,7 @@ private:
             .replaceInStrings(QRegularExpression(QStringLiteral(" +")), QStringLiteral(" "));
     }
 
-    /// Whatever stands at its name.
+    /// A file, or an empty folder.
     static void removePostAction() {
         const QString path = QStringLiteral("/tmp/last-apply-command");
         QFile::remove(path);
