@@ -48,7 +48,7 @@ class ClientRulesTest : public QObject {
 private Q_SLOTS:
     void initTestCase() { qputenv("TESSARO_REGISTRY", device.environment["TESSARO_REGISTRY"]); }
 
-    void clientsFollowTheRules_data() { addStories(QStringLiteral(STORIES "/rules.txt")); }
+    void clientsFollowTheRules_data() { addStories(QStringLiteral(STORIES "/rules.txt"), "registry steps after"); }
 
     void clientsFollowTheRules() {
         QFETCH(const Story, story);

@@ -15,7 +15,7 @@ Device::Device(const QString &json) {
     if (QStandardPaths::findExecutable(QStringLiteral("reboot")) != QLatin1String(TEST_PROGRAMS "/reboot"))
         qFatal("the search path must begin with %s", TEST_PROGRAMS);
     qunsetenv("DISPLAY");
-    for (const char *const name : {"bin", "hooks", "tmp"})
+    for (const char *const name : {"bin", "hooks", "home", "tmp"})
         QDir(folder.path()).mkdir(QLatin1String(name));
     for (const char *const program : {TOOL_PROGRAM, TESSARO_PROGRAM, APPLY_PROGRAM})
         addProgram(QFile::decodeName(program));
@@ -41,13 +41,6 @@ void Device::addProgram(const QString &program) const {
     QFile::setPermissions(path(name), QFile::Permissions(0x5555) | QFile::WriteOwner);
 }
 
-void Device::load(const QByteArray &json) const {
-    const QString file = write(QStringLiteral("load.json"), json);
-    const Outcome loaded = run(path(QStringLiteral("bin/tessaro")), {QStringLiteral("load"), file}, environment);
-    if (loaded.status != 0)
-        qFatal("%s", loaded.err.constData());
-}
-
 QString Device::write(const QString &name, const QByteArray &contents) const {
     QFile file(path(name));
     if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
@@ -55,39 +48,22 @@ QString Device::write(const QString &name, const QByteArray &contents) const {
     return path(name);
 }
 
-QByteArray Device::read(const QString &name) const {
-    return contentsOf(path(name));
+Program Device::start(const QByteArray &commands) const {
+    return {"cd '" + QFile::encodeName(path(QStringLiteral("home"))) + "'\n" + commands, environment};
 }
 
-void Device::addHook(const QString &section, const QByteArray &script) const {
-    const QString file = write(QStringLiteral("hooks/") + section, "#!/bin/sh\n" + script + "\n");
-    QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
-Outcome Device::exportTo(const QString &file) const {
-    return startTool(file, QStringLiteral("-get")).wait();
-}
-
-Outcome Device::importFrom(const QString &file) const {
-    return startTool(file, QStringLiteral("-set")).wait();
-}
-
-Program Device::startTool(const QString &file, const QString &command) const {
-    return {path(QStringLiteral("bin/quendarsettings")),
-            {QStringLiteral("-settings"), file, command, QStringLiteral("all")},
-            environment};
-}
-
-QByteArray Device::dump(const QString &directory) const {
-    const QStringList arguments = {QStringLiteral("dump"), directory};
-    return run(path(QStringLiteral("bin/tessaro")), arguments.mid(0, directory.isEmpty() ? 1 : 2), environment).out;
+void Device::load(const QByteArray &json) const {
+    write(QStringLiteral("load.json"), json);
+    const Outcome loaded = run("tessaro load ../load.json");
+    if (loaded.status != 0)
+        qFatal("%s", loaded.err.constData());
 }
 
 QStringList Device::leftovers() const {
     QStringList left;
     if (!waitUntil([this] { return processes().isEmpty(); }, std::chrono::seconds(20)))
         left.append(QStringLiteral("a service"));
-    if (dump(QStringLiteral("tmp/applying")).contains(':'))
+    if (dump("tmp/applying").contains(':'))
         left.append(QStringLiteral("an apply key"));
     const QStringList semaphores = QDir(path(QStringLiteral("tmp"))).entryList(QDir::Files);
     if (!semaphores.isEmpty())

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/scriptedregistry.h"
 
-#include <algorithm>
+#include <QtCore/QRegularExpression>
 
 namespace {
 
@@ -76,12 +76,7 @@ void ScriptedRegistry::remove(const QString &path) {
 }
 
 QStringList ScriptedRegistry::writes() const {
-    QStringList result;
-    std::copy_if(calls.cbegin(), calls.cend(), std::back_inserter(result), [](const QString &call) {
-        return !call.startsWith(QLatin1String("get ")) && !call.startsWith(QLatin1String("contains ")) &&
-               !call.startsWith(QLatin1String("value "));
-    });
-    return result;
+    return calls.filter(QRegularExpression(QStringLiteral("^(?!get |contains |value )")));
 }
 
 Tessaro::Tessaro() = default;
@@ -110,12 +105,10 @@ int TessaroClient::get(const QString &path, QMap<QString, _RegNodeType> &childre
 }
 
 int TessaroClient::set(const QString &path, const QString &value, const _RegEntryParam & /*param*/) {
-    const bool isEmptyDirectory = current->directories.contains(path) && current->directories.value(path).isEmpty();
-    const bool isDirectory = current->directories.contains(path) && !isEmptyDirectory;
-    const int status = record("set", path, isDirectory ? 2 : 0, value.isNull() ? QStringLiteral("") : value);
+    const bool isEmpty = current->directories.value(path).isEmpty(); // then it becomes a key
+    const int status = record("set", path, isEmpty ? 0 : 2, value.isNull() ? QStringLiteral("") : value);
     if (status == 0) {
-        if (isEmptyDirectory)
-            current->remove(path);
+        current->directories.remove(path);
         current->addKey(path, value);
     }
     return status;

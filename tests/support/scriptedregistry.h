@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+/// The registry of the unit tests, in memory.
 #pragma once
 
 #include <tessaroclient.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+/// Reads test cases out of text files, and makes each a row of a Qt Test function.
 #pragma once
 
 #include <QtCore/QMap>
@@ -6,20 +7,7 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
-/// One case out of a file of stories:
-///
-///     == each
-///     words:
-///       VIEW = root/lumo-config-view
-///     == an empty document commits the view once
-///     document:
-///       <lumo_config/>
-///     calls:
-///       commit VIEW
-///
-/// A part is its lines, the two blanks in front of each taken off. `\n`, `\t`, `\r` and `\s` (a blank) in a line
-/// stand for what cannot be seen in a file. A first story named "each" holds the parts of all that do not have a part
-/// of that name themselves; `words` stand for others. NAME stands for the story's name.
+/// One case out of a file of stories; their form is described in tests/README.md.
 struct Story {
     QString name;
     QMap<QString, QStringList> parts;
@@ -32,5 +20,6 @@ struct Story {
 
 Q_DECLARE_METATYPE(Story)
 
-/// Makes each story of a file, which must hold some, a row with the column "story".
-void addStories(const QString &path);
+/// Makes each story of a file, which must hold some, a row with the column "story". A story has no other parts than
+/// @p parts, separated by blanks. A mistake in the file ends the program, with the file's name and the line.
+void addStories(const QString &path, const char *parts);

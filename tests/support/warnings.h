@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+/// The warnings that a test expects.
 #pragma once
 
 #include <QtCore/QStringList>

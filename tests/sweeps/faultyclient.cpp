@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+/// A library that is loaded ahead of the registry client's. Appends each call, "operation path", to the file FAULT_LOG.
+/// Instead of call number FAULT_AT it returns the status FAULT_STATUS, or ends the process where there is none.
 #include <tessaroclient.h>
 
 #include <csignal>
@@ -8,14 +10,11 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-// Loaded ahead of the registry client's libraries: appends each call, "operation path", to the file FAULT_LOG, and
-// instead of call number FAULT_AT returns the status FAULT_STATUS; without one, ends the process there.
-
 namespace {
 
 class Plan {
 public:
-    Plan() { ::unsetenv("LD_PRELOAD"); } // for this process only, not for the apply service
+    Plan() { ::unsetenv("LD_PRELOAD"); } // so that the apply service does not load it
 
     bool isDue(const char *operation, const QString &path) {
         const QByteArray line = operation + (' ' + path.toUtf8()) + '\n';

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+/// The extent of a sweep, and its random numbers.
 #pragma once
 
 #include <QtCore/QRandomGenerator>

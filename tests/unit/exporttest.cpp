@@ -29,7 +29,7 @@ class ExportTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theDocumentShowsTheRegistry_data() { addStories(QStringLiteral(STORIES "/exports.txt")); }
+    void theDocumentShowsTheRegistry_data() { addStories(QStringLiteral(STORIES "/exports.txt"), "registry document"); }
 
     void theDocumentShowsTheRegistry() {
         QFETCH(const Story, story);

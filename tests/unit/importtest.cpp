@@ -16,10 +16,21 @@ using namespace quendar;
 
 namespace {
 
-/// A story does not know the UUIDs that the import makes up.
-QStringList withNewUuidsMasked(QStringList lines) {
-    static const QRegularExpression uuid(QStringLiteral("\\{(?!0f1e2d3c)[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}"));
-    return lines.replaceInStrings(uuid, QStringLiteral("{new}"));
+constexpr const char *parts = "registry failing document writes warnings error";
+
+/// Masks the UUIDs that the import made up: those that stand in no part of the story, in whatever form.
+QStringList withNewUuidsMasked(QStringList lines, const Story &story) {
+    QString told;
+    for (const QStringList &part : story.parts)
+        told += part.join(QLatin1Char(' ')).toLower();
+    static const QRegularExpression uuid(QStringLiteral("\\{([0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12})\\}"));
+    QRegularExpressionMatchIterator matches = uuid.globalMatch(lines.join(QLatin1Char(' ')));
+    while (matches.hasNext()) {
+        const QRegularExpressionMatch match = matches.next();
+        if (!told.contains(match.captured(1)))
+            lines.replaceInStrings(match.captured(), QStringLiteral("{new}"));
+    }
+    return lines;
 }
 
 void apply(const QByteArray &document) {
@@ -41,7 +52,7 @@ class ImportTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void aDocumentIsApplied_data() { addStories(QStringLiteral(STORIES "/imports.txt")); }
+    void aDocumentIsApplied_data() { addStories(QStringLiteral(STORIES "/imports.txt"), parts); }
 
     void aDocumentIsApplied() {
         ScriptedRegistry registry;
@@ -50,7 +61,7 @@ private Q_SLOTS:
         QCOMPARE(listings.removeDuplicates(), 0);
     }
 
-    void aDocumentIsImported_data() { addStories(QStringLiteral(STORIES "/commands.txt")); }
+    void aDocumentIsImported_data() { addStories(QStringLiteral(STORIES "/commands.txt"), parts); }
 
     void aDocumentIsImported() {
         ScriptedRegistry registry;
@@ -72,8 +83,8 @@ private:
         } catch (const Error &error) {
             thrown = error.message();
         }
-        QCOMPARE(withNewUuidsMasked(registry.writes()), story.lines("writes"));
-        QCOMPARE(withNewUuidsMasked(Warnings::collected()), story.lines("warnings"));
+        QCOMPARE(withNewUuidsMasked(registry.writes(), story), story.lines("writes"));
+        QCOMPARE(withNewUuidsMasked(Warnings::collected(), story), story.lines("warnings"));
         QCOMPARE(thrown, story.text("error"));
     }
 };
