@@ -37,7 +37,7 @@ if(TESSARO STREQUAL "standin")
   install_compressed(${man}/tessaro-apply.8 tessaro-standin ${CMAKE_INSTALL_MANDIR}/man8)
   install(FILES examples/device.json examples/new-configuration.xml DESTINATION ${examples} COMPONENT tessaro-standin)
   install(DIRECTORY examples/apply.d DESTINATION ${examples} USE_SOURCE_PERMISSIONS COMPONENT tessaro-standin)
-  install(FILES packaging/tessaro-standin.overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+  install(FILES packaging/tessaro-standin/overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
     RENAME tessaro-standin COMPONENT tessaro-standin)
   install(DIRECTORY DESTINATION ${CMAKE_INSTALL_SYSCONFDIR}/tessaro/apply.d COMPONENT tessaro-standin)
 endif()
