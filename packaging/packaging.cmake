@@ -39,7 +39,10 @@ if(TESSARO STREQUAL "standin")
   install(DIRECTORY examples/apply.d DESTINATION ${examples} USE_SOURCE_PERMISSIONS COMPONENT tessaro-standin)
   install(FILES packaging/tessaro-standin/overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
     RENAME tessaro-standin COMPONENT tessaro-standin)
-  install(DIRECTORY DESTINATION ${CMAKE_INSTALL_SYSCONFDIR}/tessaro/apply.d COMPONENT tessaro-standin)
+  # where the service looks for hooks, whatever the prefix: no folder in another place could be taken for it
+  if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    install(DIRECTORY DESTINATION /etc/tessaro/apply.d COMPONENT tessaro-standin)
+  endif()
 endif()
 
 get_property(compressed GLOBAL PROPERTY QUENDAR_COMPRESSED)
@@ -49,6 +52,7 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "quendarsettings developers <developers@quendarsettings.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_LIST_DIR}/cpackconfig.cmake)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
