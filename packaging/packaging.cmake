@@ -20,7 +20,7 @@ configure_file(packaging/changelog.in changelog @ONLY)
 # What Debian wants of every package.
 function(install_package_documents component)
   set(documents ${CMAKE_INSTALL_DATADIR}/doc/${component})
-  install(FILES LICENSE DESTINATION ${documents} RENAME copyright COMPONENT ${component})
+  install(FILES packaging/copyright DESTINATION ${documents} COMPONENT ${component})
   install_compressed(${PROJECT_BINARY_DIR}/changelog ${component} ${documents})
 endfunction()
 
