@@ -85,8 +85,9 @@ they ask for.")
 
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_NAME tessaro-standin)
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_PROVIDES libtessaroclient)
-file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")
-set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers)
+set(control ${CMAKE_CURRENT_LIST_DIR}/tessaro-standin)
+set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_EXTRA ${control}/postrm ${control}/triggers)
+set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_TESSARO-STANDIN_DESCRIPTION "settings registry of a thin client for ordinary machines
 The libraries that quendarsettings reaches the registry through, here over one
 SQLite file; the command tessaro, which loads, prints and edits this registry;
