@@ -71,12 +71,11 @@ set(CPACK_DEBIAN_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${library_folders})
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
 set(CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_NAME quendarsettings)
-# on a device, the platform's own package provides the library
-set(CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_DEPENDS "tessaro-standin | libtessaroclient")
+# The platform's own library comes first, so that a device that has it gets no stand-in. The stand-in's shlibs say the same
+# to dpkg-shlibdeps, where a program is built on a machine that has it.
+set(CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_DEPENDS "libtessaroclient | tessaro-standin")
 set(CPACK_DEBIAN_QUENDARSETTINGS_DESCRIPTION "export and import the settings of a thin client
 quendarsettings writes the settings of a thin client into one XML document,
 and brings such a document back onto the same or another device: it stores
@@ -86,7 +85,8 @@ they ask for.")
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_NAME tessaro-standin)
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_PROVIDES libtessaroclient)
 set(control ${CMAKE_CURRENT_LIST_DIR}/tessaro-standin)
-set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_EXTRA ${control}/postrm ${control}/triggers)
+set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_EXTRA
+  ${control}/postrm ${control}/shlibs ${control}/triggers)
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_TESSARO-STANDIN_DESCRIPTION "settings registry of a thin client for ordinary machines
 The libraries that quendarsettings reaches the registry through, here over one
