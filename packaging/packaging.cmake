@@ -45,6 +45,22 @@ if(TESSARO STREQUAL "standin")
   endif()
 endif()
 
+# Lets an installed target find the libraries from where it lies, under whatever prefix. The system's own places need none.
+function(find_libraries_from target folder)
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${folder} OUTPUT_VARIABLE libraries)
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN/${libraries} INSTALL_RPATH_USE_LINK_PATH ON)
+endfunction()
+
+if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  find_libraries_from(quendarsettings ${CMAKE_INSTALL_FULL_BINDIR})
+  if(TESSARO STREQUAL "standin")
+    find_libraries_from(tessaro ${CMAKE_INSTALL_FULL_LIBDIR})
+    find_libraries_from(tessaroclient ${CMAKE_INSTALL_FULL_LIBDIR})
+    find_libraries_from(tessaro-cli ${CMAKE_INSTALL_FULL_BINDIR})
+    find_libraries_from(tessaro-apply ${CMAKE_INSTALL_FULL_LIBEXECDIR}/tessaro)
+  endif()
+endif()
+
 get_property(compressed GLOBAL PROPERTY QUENDAR_COMPRESSED)
 add_custom_target(documents ALL DEPENDS ${compressed})
 
