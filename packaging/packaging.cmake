@@ -20,7 +20,7 @@ configure_file(packaging/changelog.in changelog @ONLY)
 # What Debian wants of every package.
 function(install_package_documents component)
   set(documents ${CMAKE_INSTALL_DATADIR}/doc/${component})
-  install(FILES LICENSE DESTINATION ${documents} RENAME copyright COMPONENT ${component})
+  install(FILES packaging/copyright DESTINATION ${documents} COMPONENT ${component})
   install_compressed(${PROJECT_BINARY_DIR}/changelog ${component} ${documents})
 endfunction()
 
@@ -37,9 +37,28 @@ if(TESSARO STREQUAL "standin")
   install_compressed(${man}/tessaro-apply.8 tessaro-standin ${CMAKE_INSTALL_MANDIR}/man8)
   install(FILES examples/device.json examples/new-configuration.xml DESTINATION ${examples} COMPONENT tessaro-standin)
   install(DIRECTORY examples/apply.d DESTINATION ${examples} USE_SOURCE_PERMISSIONS COMPONENT tessaro-standin)
-  install(FILES packaging/tessaro-standin.overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+  install(FILES packaging/tessaro-standin/overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
     RENAME tessaro-standin COMPONENT tessaro-standin)
-  install(DIRECTORY DESTINATION ${CMAKE_INSTALL_SYSCONFDIR}/tessaro/apply.d COMPONENT tessaro-standin)
+  # where the service looks for hooks, whatever the prefix: no folder in another place could be taken for it
+  if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    install(DIRECTORY DESTINATION /etc/tessaro/apply.d COMPONENT tessaro-standin)
+  endif()
+endif()
+
+# Lets an installed target find the libraries from where it lies, under whatever prefix. The system's own places need none.
+function(find_libraries_from target folder)
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${folder} OUTPUT_VARIABLE libraries)
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN/${libraries} INSTALL_RPATH_USE_LINK_PATH ON)
+endfunction()
+
+if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  find_libraries_from(quendarsettings ${CMAKE_INSTALL_FULL_BINDIR})
+  if(TESSARO STREQUAL "standin")
+    find_libraries_from(tessaro ${CMAKE_INSTALL_FULL_LIBDIR})
+    find_libraries_from(tessaroclient ${CMAKE_INSTALL_FULL_LIBDIR})
+    find_libraries_from(tessaro-cli ${CMAKE_INSTALL_FULL_BINDIR})
+    find_libraries_from(tessaro-apply ${CMAKE_INSTALL_FULL_LIBEXECDIR}/tessaro)
+  endif()
 endif()
 
 get_property(compressed GLOBAL PROPERTY QUENDAR_COMPRESSED)
@@ -49,22 +68,36 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "quendarsettings developers <developers@quendarsettings.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_LIST_DIR}/cpackconfig.cmake)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL quendarsettings tessaro-standin)
+if(TESSARO STREQUAL "standin")
+  set(CPACK_COMPONENTS_ALL quendarsettings tessaro-standin)
+  set(library_folders ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+else()
+  set(CPACK_COMPONENTS_ALL quendarsettings)
+  cmake_path(GET TESSARO_CLIENT_LIBRARY PARENT_PATH client_folder)
+  cmake_path(GET TESSARO_LIBRARY PARENT_PATH base_folder)
+  set(library_folders ${client_folder} ${base_folder})
+endif()
+set(CPACK_QUENDAR_CROSS_COMPILED ${CMAKE_CROSSCOMPILING})
+if(CMAKE_SYSROOT)
+  list(APPEND library_folders
+    ${CMAKE_SYSROOT}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE} ${CMAKE_SYSROOT}/lib/${CMAKE_LIBRARY_ARCHITECTURE})
+  set(CPACK_QUENDAR_PACKAGE_DATABASE ${CMAKE_SYSROOT}/var/lib/dpkg)
+endif()
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${library_folders})
 
 set(CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_NAME quendarsettings)
-# on a device, the platform's own package provides the library
-set(CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_DEPENDS "tessaro-standin | libtessaroclient")
+# The platform's own library comes first, so that a device that has it gets no stand-in. The stand-in's shlibs say the same
+# to dpkg-shlibdeps, where a program is built on a machine that has it.
+set(CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_DEPENDS "libtessaroclient | tessaro-standin")
 set(CPACK_DEBIAN_QUENDARSETTINGS_DESCRIPTION "export and import the settings of a thin client
 quendarsettings writes the settings of a thin client into one XML document,
 and brings such a document back onto the same or another device: it stores
@@ -73,8 +106,10 @@ they ask for.")
 
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_NAME tessaro-standin)
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_PROVIDES libtessaroclient)
-file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")
-set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers)
+set(control ${CMAKE_CURRENT_LIST_DIR}/tessaro-standin)
+set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_EXTRA
+  ${control}/postrm ${control}/shlibs ${control}/triggers)
+set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_TESSARO-STANDIN_DESCRIPTION "settings registry of a thin client for ordinary machines
 The libraries that quendarsettings reaches the registry through, here over one
 SQLite file; the command tessaro, which loads, prints and edits this registry;

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -38,9 +39,20 @@ public:
     int error = 0;
 };
 
+/// The folder that this library was loaded from.
+QByteArray libraryFolder() {
+    static const char ours = 0;
+    Dl_info library = {};
+    if (dladdr(&ours, &library) == 0)
+        return {};
+    const QByteArray file = library.dli_fname;
+    return file.left(file.lastIndexOf('/') + 1);
+}
+
+/// The installed program goes by its place beside the library, since an installation can be under any prefix.
 QByteArray serviceProgram() {
     const QByteArray named = qgetenv("TESSARO_APPLY_SERVICE");
-    return named.isEmpty() ? QByteArray(TESSARO_APPLY_PROGRAM) : named;
+    return named.isEmpty() ? libraryFolder() + TESSARO_APPLY_PROGRAM : named;
 }
 
 } // namespace
