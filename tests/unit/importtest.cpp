@@ -4,11 +4,13 @@
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
 #include "report/error.h"
+#include "stages/applysection.h"
 #include "support/scriptedregistry.h"
 #include "support/stories.h"
 #include "support/warnings.h"
 
 #include <QtCore/QRegularExpression>
+#include <QtCore/QSystemSemaphore>
 #include <QtCore/QTemporaryFile>
 #include <QtTest/QTest>
 
@@ -45,6 +47,16 @@ void import(const QByteArray &document) {
     SetCommand(file.fileName(), QStringLiteral("all"), false).execute();
 }
 
+/// Whose apply service has answered when the request returns.
+class AnsweringClient final : public TessaroClient {
+public:
+    int requestApply(const QString & /*section*/, const QString &trigger) override {
+        set(trigger, QStringLiteral("timeout"), RegParamValue);
+        QSystemSemaphore(trigger, 0, QSystemSemaphore::Open).release();
+        return 0;
+    }
+};
+
 } // namespace
 
 /// What the registry hears of a document.
@@ -67,6 +79,16 @@ private Q_SLOTS:
         ScriptedRegistry registry;
         playStory(registry, import);
         QVERIFY(!QFile::exists(QStringLiteral("/tmp/last-apply-command")));
+    }
+
+    void anApplyTellsWhatTheServiceHasLeft() {
+        ScriptedRegistry registry;
+        AnsweringClient client;
+        const ApplyResult answered = applySection(client, QStringLiteral("root/lumo-config-view/a"));
+        QCOMPARE(answered.status, 0);
+        QCOMPARE(answered.answer, QStringLiteral("timeout"));
+        QCOMPARE(SetCommand::applySection(client, QStringLiteral("root/lumo-config-view/a")), 6);
+        QCOMPARE(registry.directories.value(QStringLiteral("tmp/applying")).size(), 0);
     }
 
 private:
