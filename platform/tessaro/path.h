@@ -27,3 +27,11 @@ auto below(Paths &paths, const QString &path) {
     // "0" follows "/"
     return std::make_pair(paths.lower_bound(path + QLatin1Char('/')), paths.lower_bound(path + QLatin1Char('0')));
 }
+
+/// Erases @p path and what lies below it from an ordered container of paths.
+template <typename Paths>
+void eraseUnder(Paths &paths, const QString &path) {
+    const auto [first, last] = below(paths, path);
+    paths.erase(first, last);
+    paths.erase(path);
+}

@@ -9,13 +9,6 @@ bool hasUnder(const Paths &paths, const QString &path) {
     return first != last || paths.count(path) != 0;
 }
 
-template <typename Paths>
-void eraseUnder(Paths &paths, const QString &path) {
-    const auto [first, last] = below(paths, path);
-    paths.erase(first, last);
-    paths.erase(path);
-}
-
 } // namespace
 
 const Node *PendingChanges::find(const QString &path) const {

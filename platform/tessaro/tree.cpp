@@ -18,7 +18,7 @@ Status absent(const QString &path) {
 } // namespace
 
 Status Tree::contains(const QString &path) {
-    return find(path, &StoredTree::findNext) ? Success : absent(path);
+    return find(path) ? Success : absent(path);
 }
 
 Status Tree::get(const QString &path, QString &value) {
@@ -32,7 +32,7 @@ Status Tree::get(const QString &path, QString &value) {
 }
 
 Status Tree::list(const QString &path, Listing &entries) {
-    const Node *const node = find(path, &StoredTree::findNext);
+    const Node *const node = find(path);
     if (!node)
         return absent(path);
     if (node->isKey())
@@ -101,7 +101,7 @@ void Tree::refill(const QString &path) {
 Status Tree::set(const QString &path, const QString &value) {
     if (!value.isValidUtf16())
         return WrongKind;
-    const Node *const node = find(path, &StoredTree::findAgain);
+    const Node *const node = find(path);
     if (!node) {
         if (!isPath(path))
             return WrongKind;
@@ -133,7 +133,7 @@ Status Tree::commit(const QString &path) {
     if (!pending.isAnyUnder(path))
         return Success;
     const bool hiddenFromAbove = pending.hides(parentOf(path));
-    StoredTree::Change change(stored);
+    CommittedTree::Change change(committed);
     refill(path);
     pending.eachRemoval(path, [&](const QString &removed) { change.remove(removed); });
     if (hiddenFromAbove)
@@ -164,19 +164,21 @@ Status Tree::rollback(const QString &path) {
 }
 
 bool Tree::isCommitted(const QString &path, const QString &value) {
-    const Node *const node = stored.find(path);
+    const Node *const node = committed.find(path);
     return node && *node == keyNode(value);
 }
 
-/// The node at @p path, which is looked up among the committed ones by @p lookUp.
-const Node *Tree::find(const QString &path, LookUp lookUp) {
+const Node *Tree::find(const QString &path) {
     if (const Node *const made = pending.find(path))
         return made;
-    return pending.hides(path) ? nullptr : (stored.*lookUp)(path);
+    return pending.hides(path) ? nullptr : committed.find(path);
 }
 
 Listing Tree::children(const QString &directory) {
-    Listing entries = pending.hides(directory) ? Listing() : stored.children(directory);
+    Listing entries;
+    if (!pending.hides(directory))
+        for (const auto &[path, node] : committed.list(directory))
+            entries.insert(entries.cend(), path, node.kind);
     pending.overlay(directory, entries);
     return entries;
 }
