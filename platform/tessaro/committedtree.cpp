@@ -133,5 +133,5 @@ void CommittedTree::Change::commit() {
     transaction.commit();
     tree.changing = false;
     if (wrote)
-        ++tree.stamp; // as SQLite has just done in the file; another's commit meanwhile makes them differ
+        tree.stamp.countOwnCommit(); // another's commit meanwhile is one more
 }

@@ -56,6 +56,6 @@ private:
     Store store;
     std::map<QString, std::vector<Entry>> directories; ///< as they are while the file bears `stamp`
     Directory *recent = nullptr; ///< the one that was looked into last: most often it is the next one, too
-    Store::Stamp stamp = 0;
+    Store::Stamp stamp;
     bool changing = false; ///< whether there is a `Change`, in whose transaction nobody else commits
 };
