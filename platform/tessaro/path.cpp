@@ -23,6 +23,11 @@ bool isIn(const QString &path, const QString &directory) {
     return path.lastIndexOf(separator) == directory.size() && path.startsWith(directory);
 }
 
+bool areInOneDirectory(const QString &path, const QString &other) {
+    const int end = path.lastIndexOf(separator);
+    return end == other.lastIndexOf(separator) && (end < 0 || path.leftRef(end) == other.leftRef(end));
+}
+
 QString nameOf(const QString &path) {
     return path.mid(path.lastIndexOf(separator) + 1);
 }

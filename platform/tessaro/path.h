@@ -15,6 +15,9 @@ QString parentOf(const QString &path);
 /// Whether @p path has the parent @p directory, which is not the top.
 bool isIn(const QString &path, const QString &directory);
 
+/// Whether the two have the same parent.
+bool areInOneDirectory(const QString &path, const QString &other);
+
 /// The last component.
 QString nameOf(const QString &path);
 

@@ -65,7 +65,7 @@ void Store::format(const std::string &file) {
 }
 
 /// With a rollback journal, each commit that changes the file increments the header's counter, by which SQLite itself
-/// finds out that its cache is outdated. One read of it is a fourth of the system calls that `PRAGMA data_version`
+/// finds out that its cache is outdated. One read of it is a tenth of the system calls that `PRAGMA data_version`
 /// takes. With a write-ahead log the counter stands still, and only the pragma knows.
 Store::Stamp Store::stamp() {
     HeaderPart header{};

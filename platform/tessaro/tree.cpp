@@ -15,6 +15,8 @@ Status absent(const QString &path) {
     return isPath(path) ? NotFound : WrongKind;
 }
 
+const Node someDirectory = directoryNode();
+
 } // namespace
 
 Status Tree::contains(const QString &path) {
@@ -78,7 +80,8 @@ void Tree::fill(const QString &directory, const QString &source) {
     }
 }
 
-/// Makes the directories named by a UUID that others have removed, and in which something is pending at or below
+/// Makes the directories named by a UUID that others have removed or replaced, and in which something is pending at or
+/// below
 /// @p path, as they were made at first: with what their templates hold.
 void Tree::refill(const QString &path) {
     std::set<QString> directories;
@@ -91,7 +94,8 @@ void Tree::refill(const QString &path) {
             at = parentOf(at);
     });
     for (const QString &directory : directories) {
-        if (isUuid(nameOf(directory)) && !find(directory)) {
+        const Node *const old = committed.find(directory);
+        if (isUuid(nameOf(directory)) && !pending.find(directory) && (!old || old->isKey())) {
             pending.make(directory, directoryNode());
             fill(directory, templatePath(directory));
         }
@@ -130,13 +134,13 @@ Status Tree::del(const QString &path) {
 Status Tree::commit(const QString &path) {
     if (!isPath(path))
         return WrongKind;
-    if (!pending.isAnyUnder(path))
+    const bool isRemovedFromAbove = pending.removes(parentOf(path));
+    if (!isRemovedFromAbove && !pending.isAnyUnder(path))
         return Success;
-    const bool hiddenFromAbove = pending.hides(parentOf(path));
     CommittedTree::Change change(committed);
     refill(path);
     pending.eachRemoval(path, [&](const QString &removed) { change.remove(removed); });
-    if (hiddenFromAbove)
+    if (isRemovedFromAbove)
         change.remove(path);
     bool anyMade = false;
     pending.eachMade(path, [&](const QString &made, const Node &node) {
@@ -144,7 +148,7 @@ Status Tree::commit(const QString &path) {
         anyMade = true;
     });
     change.commit();
-    if (hiddenFromAbove)
+    if (isRemovedFromAbove)
         return Success; // the removal above is still to come, and all this is to outlive it
     pending.drop(path);
     for (QString at = parentOf(path); anyMade && !at.isEmpty(); at = parentOf(at))
@@ -171,7 +175,9 @@ bool Tree::isCommitted(const QString &path, const QString &value) {
 const Node *Tree::find(const QString &path) {
     if (const Node *const made = pending.find(path))
         return made;
-    return pending.hides(path) ? nullptr : committed.find(path);
+    const Node *const node = pending.hides(path) ? nullptr : committed.find(path);
+    // above what is pending there is a directory, even if others have made a key of it or removed it
+    return (!node || node->isKey()) && pending.isAnyMadeBelow(path) ? &someDirectory : node;
 }
 
 Listing Tree::children(const QString &directory) {
