@@ -46,7 +46,7 @@ class TessaroPrivate;
 
 /// Reads single values. It owns its connection to the registry, which may be opened as late as the first call: to make
 /// a client succeeds even where there is no registry.
-class Tessaro {
+class Q_DECL_EXPORT Tessaro {
 public:
     Tessaro();
     virtual ~Tessaro();
@@ -63,7 +63,7 @@ protected:
 
 /// Lists, writes and applies. A client has one owner and one thread; several of them, in one process or many, may work
 /// on one registry at a time.
-class TessaroClient : public Tessaro {
+class Q_DECL_EXPORT TessaroClient : public Tessaro {
 public:
     TessaroClient();
     ~TessaroClient() override;

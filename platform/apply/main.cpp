@@ -20,6 +20,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace tessaro {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -87,22 +89,29 @@ void cleanUpAfterTool(TessaroClient &client, const QString &trigger) {
     const QSystemSemaphore owned(trigger, 0, QSystemSemaphore::Create); // its owner removes it
 }
 
-} // namespace
-
-int main(int argc, char **argv) {
-    if (argc != 3) {
-        std::fputs("usage: tessaro-apply SECTION TRIGGER\n", stderr);
-        return 1;
-    }
-    const QString section = decodeUtf8(argv[1], static_cast<int>(std::strlen(argv[1])));
-    const QString trigger = decodeUtf8(argv[2], static_cast<int>(std::strlen(argv[2])));
+void serve(const QString &section, const QString &trigger) {
     const auto stay = std::max(secondsFrom("TESSARO_APPLY_LINGER", longestStay), shortestStay);
-
     TessaroClient client;
     report(client, trigger, apply(section, trigger));
     release(trigger);
     leave();
     if (!isGoneWithin(client, trigger, stay))
         cleanUpAfterTool(client, trigger);
+}
+
+QString decode(const char *argument) {
+    return decodeUtf8(argument, static_cast<int>(std::strlen(argument)));
+}
+
+} // namespace
+
+} // namespace tessaro
+
+int main(int argc, char **argv) {
+    if (argc != 3) {
+        std::fputs("usage: tessaro-apply SECTION TRIGGER\n", stderr);
+        return 1;
+    }
+    tessaro::serve(tessaro::decode(argv[1]), tessaro::decode(argv[2]));
     return 0;
 }

@@ -11,6 +11,8 @@
 #include <system_error>
 #include <unistd.h>
 
+namespace tessaro {
+
 namespace {
 
 /// A new file beside @p target, readable by its owner only; removed unless it takes the target's place.
@@ -69,3 +71,5 @@ void replaceRegistry(const std::string &file, const QJsonObject &tree) {
     fill(registry.name(), tree);
     registry.takePlaceOf(file);
 }
+
+} // namespace tessaro

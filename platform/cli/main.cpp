@@ -22,6 +22,8 @@
 #include <cstring>
 #include <stdexcept>
 
+namespace tessaro {
+
 namespace {
 
 using Arguments = QStringList;
@@ -137,11 +139,13 @@ int run(int argc, char **argv) {
 
 } // namespace
 
+} // namespace tessaro
+
 int main(int argc, char **argv) {
     try {
-        return run(argc, argv);
+        return tessaro::run(argc, argv);
     } catch (const SQLite::Exception &error) {
-        std::fprintf(stderr, "tessaro: registry \"%s\": %s\n", registryFile().c_str(), error.what());
+        std::fprintf(stderr, "tessaro: registry \"%s\": %s\n", tessaro::registryFile().c_str(), error.what());
     } catch (const std::exception &error) {
         std::fprintf(stderr, "tessaro: %s\n", error.what());
     }

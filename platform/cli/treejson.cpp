@@ -8,6 +8,8 @@
 
 #include <stdexcept>
 
+namespace tessaro {
+
 namespace {
 
 const QString topNames[] = {QStringLiteral("root"), QStringLiteral("templates"), QStringLiteral("tmp")};
@@ -98,3 +100,5 @@ QJsonObject readTree(Store &store, const QString &directory) {
         tree.insert(nameOf(path), node.isKey() ? QJsonValue(node.value) : QJsonValue(readTree(store, path)));
     return tree;
 }
+
+} // namespace tessaro

@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace tessaro {
+
 namespace {
 
 /// How a service is started: out of reach of the terminal's signals, and without a hold on the pipe that the tool's
@@ -78,3 +80,5 @@ void ApplyServices::forgetEnded() {
     const auto hasEnded = [](pid_t service) { return waitpid(service, nullptr, WNOHANG) != 0; };
     running.erase(std::remove_if(running.begin(), running.end(), hasEnded), running.end());
 }
+
+} // namespace tessaro

@@ -9,6 +9,8 @@
 #include <sys/types.h>
 #include <vector>
 
+namespace tessaro {
+
 /// Starts apply services, each as a process of its own. That one has ended is noted when the next is started, and when
 /// this object goes; the last one, which runs a little longer, is left to the end of this process.
 class ApplyServices {
@@ -26,3 +28,5 @@ private:
 
     std::vector<pid_t> running;
 };
+
+} // namespace tessaro

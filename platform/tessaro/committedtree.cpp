@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace tessaro {
+
 namespace {
 
 /// Where the node at @p path stands among those of its directory, or would stand.
@@ -135,3 +137,5 @@ void CommittedTree::Change::commit() {
     if (wrote)
         tree.stamp.countOwnCommit(); // another's commit meanwhile is one more
 }
+
+} // namespace tessaro

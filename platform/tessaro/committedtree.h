@@ -6,6 +6,8 @@
 
 #include <map>
 
+namespace tessaro {
+
 /// A copy of what is in the registry's file. It is filled directory by directory, as they are asked for; it is dropped
 /// when others have committed, and follows what its own `Change` writes. Throws what `Store` throws.
 class CommittedTree {
@@ -59,3 +61,5 @@ private:
     Store::Stamp stamp;
     bool changing = false; ///< whether there is a `Change`, in whose transaction nobody else commits
 };
+
+} // namespace tessaro

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tessaro/path.h"
 
+namespace tessaro {
+
 namespace {
 const QLatin1Char separator('/');
 }
@@ -35,3 +37,5 @@ QString nameOf(const QString &path) {
 QString childOf(const QString &directory, const QString &name) {
     return directory.isEmpty() ? name : directory + separator + name;
 }
+
+} // namespace tessaro

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace tessaro {
+
 /// Whether @p text is the path of a node; the top is none.
 bool isPath(const QString &text);
 
@@ -38,3 +40,5 @@ void eraseUnder(Paths &paths, const QString &path) {
     paths.erase(first, last);
     paths.erase(path);
 }
+
+} // namespace tessaro

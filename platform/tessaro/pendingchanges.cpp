@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tessaro/pendingchanges.h"
 
+namespace tessaro {
+
 namespace {
 
 template <typename Paths>
@@ -88,3 +90,5 @@ void PendingChanges::drop(const QString &path) {
     eraseUnder(made, path);
     eraseUnder(removed, path);
 }
+
+} // namespace tessaro

@@ -9,6 +9,8 @@
 #include <map>
 #include <set>
 
+namespace tessaro {
+
 /// An overlay on the committed tree: removed subtrees, and made nodes. Removals come first, so a node made at or below
 /// a removed path is there, and alone.
 ///
@@ -74,3 +76,5 @@ private:
     std::set<QString> removed; ///< none of them lies below another
     std::map<QString, Node> made;
 };
+
+} // namespace tessaro

@@ -10,6 +10,8 @@
 #include <chrono>
 #include <sqlite3.h>
 
+namespace tessaro {
+
 namespace {
 
 // far longer than any commit takes, so that a busy device does not fail an import
@@ -120,3 +122,5 @@ bool Store::remove(const QString &path) {
 void Store::clear() {
     database.exec("DELETE FROM node");
 }
+
+} // namespace tessaro

@@ -21,6 +21,8 @@
 
 struct sqlite3_file;
 
+namespace tessaro {
+
 /// Knows SQL and nothing of the tree's rules: it does not ask whether a node's directory exists. Whatever fails throws
 /// `SQLite::Exception`. Another process's lock is waited for, up to a limit.
 class Store {
@@ -75,3 +77,5 @@ private:
     LazyStatement remover;
     LazyStatement versionReader;
 };
+
+} // namespace tessaro

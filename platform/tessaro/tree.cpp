@@ -8,6 +8,8 @@
 
 #include <set>
 
+namespace tessaro {
+
 namespace {
 
 /// Of a path at which no node was found.
@@ -188,3 +190,5 @@ Listing Tree::children(const QString &directory) {
     pending.overlay(directory, entries);
     return entries;
 }
+
+} // namespace tessaro

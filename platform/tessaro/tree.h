@@ -6,6 +6,8 @@
 #include "tessaro/pendingchanges.h"
 #include "tessaro/status.h"
 
+namespace tessaro {
+
 /// The rules of the tree over the committed nodes and the client's pending changes. A failing status leaves everything
 /// as it was; a registry that cannot be read or written throws `SQLite::Exception`.
 class Tree {
@@ -46,3 +48,5 @@ private:
     CommittedTree committed;
     PendingChanges pending;
 };
+
+} // namespace tessaro
