@@ -11,8 +11,9 @@
 
 namespace tessaro {
 
-/// Starts apply services, each as a process of its own. That one has ended is noted when the next is started, and when
-/// this object goes; the last one, which runs a little longer, is left to the end of this process.
+/// Starts apply services, each as a process of its own, which sees at its standard input when this one has ended. A
+/// service that has ended is reaped when the next one is started, and when this object goes; the last one, which runs a
+/// little longer, is left to the end of this process.
 class ApplyServices {
 public:
     ApplyServices() = default;
@@ -24,7 +25,7 @@ public:
     Status start(const QString &section, const QString &trigger);
 
 private:
-    void forgetEnded();
+    void reapEnded();
 
     std::vector<pid_t> running;
 };

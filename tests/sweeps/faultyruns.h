@@ -10,9 +10,7 @@ class FaultyRuns {
 public:
     /// With the arguments of the run but for "-settings", which stands first.
     explicit FaultyRuns(const QStringList &toolArguments)
-        : arguments(QStringList(QStringLiteral("-settings")) + toolArguments) {
-        device.environment.insert("TESSARO_APPLY_LINGER", "5");
-    }
+        : arguments(QStringList(QStringLiteral("-settings")) + toolArguments) {}
 
     /// Puts the registry back as it was loaded.
     void reset() const { device.write(registry, pristine); }
