@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
 /// The platform's registry client, the one interface through which the system registry is reached.
-///
-/// The registry is a tree. A path names one node: components joined by "/", none of them empty, no escaping. A node is
-/// a directory, which holds further nodes, or a key, which holds one text: any Unicode, or nothing.
-///
-/// A call returns a status. 0 is success; any other is a failure that has changed nothing, and its number is the
-/// implementation's own. A registry that is missing, locked for too long or damaged is a failure, never an exception
-/// and never an empty tree.
-///
-/// What a client changes is pending: its own calls see it at once, nobody else does, and what is still pending when the
-/// client is destroyed is dropped. `commit` makes it durable. Every call sees all that other clients, in this process
-/// or another, have committed before it; what is pending stands above that, and replaces it when it is committed. No
-/// call leaves anything locked.
-///
-/// Whoever implements this header keeps the order of the virtual functions and the layout of the two classes, a vtable
-/// and one pointer, and defines `TessaroPrivate` as it likes. `Tessaro` is defined in libtessaro.so.0, `TessaroClient`
-/// in libtessaroclient.so.0.
 #pragma once
+
+// The registry is a tree. A path names one node: components joined by "/", none of them empty, no escaping. A node is
+// a directory, which holds further nodes, or a key, which holds one text: any Unicode, or nothing.
+//
+// A call returns a status. 0 is success; any other is a failure that has changed nothing, and its number is the
+// implementation's own. A registry that is missing, locked for too long or damaged is a failure, never an exception
+// and never an empty tree.
+//
+// What a client changes is pending: its own calls see it at once, nobody else does, and what is still pending when the
+// client is destroyed is dropped. `commit` makes it durable. Every call sees all that other clients, in this process or
+// another, have committed before it, but where it meets the client's own pending changes: these are seen in its place,
+// and replace it when they are committed. No call leaves anything locked.
+//
+// Whoever implements this header keeps the order of the virtual functions and the layout of the two classes, a vtable
+// and one pointer, and defines `TessaroPrivate` as it likes. `Tessaro` is defined in libtessaro.so.0, `TessaroClient`
+// in libtessaroclient.so.0.
 
 #include <QtCore/QMap>
 #include <QtCore/QString>

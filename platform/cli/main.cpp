@@ -5,6 +5,7 @@
 ///     tessaro get root/lumo-config-view/display/resolution
 ///     tessaro set root/lumo-config-view/display/resolution 1280x1024
 ///     tessaro dump root/lumo-config-view/display
+#include "cli/fail.h"
 #include "cli/load.h"
 #include "cli/treejson.h"
 #include "tessaro/path.h"
@@ -20,7 +21,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <stdexcept>
 
 namespace tessaro {
 
@@ -35,10 +35,6 @@ struct Subcommand {
     int most;
     void (*run)(const Arguments &);
 };
-
-[[noreturn]] void fail(const QString &why) {
-    throw std::runtime_error(why.toStdString());
-}
 
 void check(int status, const QString &path) {
     static const QMap<int, QString> reasons = {
@@ -97,7 +93,7 @@ void set(const Arguments &arguments) {
     while (!parentOf(topmostNew).isEmpty() && client.contains(parentOf(topmostNew)) != Success)
         topmostNew = parentOf(topmostNew);
     if (topmostNew != path)
-        client.create(parentOf(path), RegTypeString); // fails where another was faster, which is as good
+        client.create(parentOf(path), RegTypeString); // fails where another was faster, and is not needed then
     check(client.set(path, arguments[1], RegParamValue), path);
     check(client.commit(topmostNew), path); // with all that a new directory's template has brought
 }

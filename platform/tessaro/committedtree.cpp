@@ -59,14 +59,14 @@ CommittedTree::Directory &CommittedTree::directory(const QString &path, Extent e
 }
 
 void CommittedTree::read(const QString &path, Extent extent) {
-    if (changing) {
+    if (changing) { // in the transaction of the change
         add(path, store.list(path), extent);
         return;
     }
+    // the state that the transaction sees begins with its first read: a stamp taken before that may be an older one
     const SQLite::Transaction oneState = store.read();
     std::vector<Entry> nodes = store.list(path);
-    refresh(); // others may have committed since the last time; from the first read to the transaction's end nobody
-               // does
+    refresh();
     add(path, std::move(nodes), extent);
 }
 
@@ -92,7 +92,7 @@ CommittedTree::Change::Change(CommittedTree &changed) : tree(changed), transacti
 }
 
 CommittedTree::Change::~Change() {
-    if (tree.changing) {
+    if (tree.changing) { // not committed: the copy is ahead of the file
         tree.drop();
         tree.changing = false;
     }
@@ -101,7 +101,8 @@ CommittedTree::Change::~Change() {
 void CommittedTree::Change::remove(const QString &path) {
     if (tree.store.remove(path))
         wrote = true; // SQLite counts no commit that changes nothing
-    tree.recent = nullptr;
+
+    tree.recent = nullptr; // may be among those that go
     eraseUnder(tree.directories, path);
     const auto directory = tree.directories.find(parentOf(path));
     if (directory == tree.directories.end())

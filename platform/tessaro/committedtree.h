@@ -8,8 +8,8 @@
 
 namespace tessaro {
 
-/// A copy of what is in the registry's file. It is filled directory by directory, as they are asked for; it is dropped
-/// when others have committed, and follows what its own `Change` writes. Throws what `Store` throws.
+/// A copy of the registry's file. It is filled directory by directory, as they are asked for, dropped when others have
+/// committed, and kept in step with what its own `Change` writes. Throws what `Store` throws.
 class CommittedTree {
 public:
     explicit CommittedTree(const std::string &file) : store(file) {}
@@ -20,9 +20,10 @@ public:
     /// The node at @p path; null when there is none, or no such path can be. Good until the next look-up or change.
     const Node *find(const QString &path);
 
-    /// The nodes of @p directory, in the order of their paths; none where there is no such directory. All below it is
-    /// read with it, since who lists a directory goes on to those in it. Good until the next look-up or change.
-    const std::vector<Entry> &list(const QString &directory);
+    /// The nodes of the directory at @p path, in the order of their paths; none where there is no such directory. All
+    /// below it is read in the same transaction, since who lists a directory goes on to those in it. Good until the
+    /// next look-up or change.
+    const std::vector<Entry> &list(const QString &path);
 
     /// A transaction that changes the file and the copy. Undone when it is destroyed without having been committed.
     class Change {
@@ -50,6 +51,7 @@ private:
     using Directory = std::pair<const QString, std::vector<Entry>>; ///< its path, and its nodes in their order
     enum Extent { DirectoryAlone, AllBelow };
 
+    /// The directory at @p path. If it is not in the copy yet, @p extent is read.
     Directory &directory(const QString &path, Extent extent);
     void read(const QString &path, Extent extent);
     void add(const QString &path, std::vector<Entry> nodes, Extent extent);

@@ -9,6 +9,7 @@ namespace tessaro {
 
 namespace {
 
+/// The status that @p call returns, or @p failure when it throws.
 template <typename Call>
 int guarded(Status failure, Call call) noexcept {
     try {

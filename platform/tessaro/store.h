@@ -1,11 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The registry's file: an SQLite database with one row per node,
-///
-///     directory                  | name  | value
-///     ---------------------------+-------+------------------------
-///                                | root  | NULL (a directory)
-///     root                       | view  | NULL
-///     root/view                  | title | Hello (a key's text)
+/// The registry's file.
 #pragma once
 
 #include "tessaro/node.h"
@@ -23,6 +17,14 @@ struct sqlite3_file;
 
 namespace tessaro {
 
+/// An SQLite database with one row per node,
+///
+///     directory                  | name  | value
+///     ---------------------------+-------+------------------------
+///                                | root  | NULL (a directory)
+///     root                       | view  | NULL
+///     root/view                  | title | Hello (a key's text)
+///
 /// Knows SQL and nothing of the tree's rules: it does not ask whether a node's directory exists. Whatever fails throws
 /// `SQLite::Exception`. Another process's lock is waited for, up to a limit.
 class Store {
@@ -58,11 +60,11 @@ public:
     /// Removes every node.
     void clear();
 
-    /// Begins a transaction, which is rolled back when it is destroyed without having been committed. While one
-    /// exists, nobody else writes.
+    /// Begins a transaction, which is rolled back when it is destroyed without having been committed. While it lives,
+    /// nobody else writes.
     SQLite::Transaction write() { return SQLite::Transaction(database, SQLite::TransactionBehavior::IMMEDIATE); }
 
-    /// Begins a transaction in which all reads see one state. From the first of them on nobody commits.
+    /// Begins a transaction in which all reads see the state that the first of them sees.
     SQLite::Transaction read() { return SQLite::Transaction(database); }
 
 private:

@@ -12,12 +12,13 @@ namespace tessaro {
 
 namespace {
 
-/// Of a path at which no node was found.
+/// The status for a path at which no node was found.
 Status absent(const QString &path) {
     return isPath(path) ? NotFound : WrongKind;
 }
 
-const Node someDirectory = directoryNode();
+/// Stands for every directory that is there only for what is pending below it.
+const Node impliedDirectory = directoryNode();
 
 } // namespace
 
@@ -58,6 +59,7 @@ Status Tree::create(const QString &path) {
     }
     if (missing.isEmpty() || (above && above->isKey()))
         return WrongKind;
+    // all of them before any is filled: a template may hold a key where the path goes on
     for (const QString &directory : std::as_const(missing))
         pending.make(directory, directoryNode());
     for (const QString &directory : std::as_const(missing))
@@ -66,6 +68,7 @@ Status Tree::create(const QString &path) {
     return Success;
 }
 
+/// Copies into @p directory what the template @p source holds and @p directory does not.
 void Tree::fill(const QString &directory, const QString &source) {
     const Listing defaults = children(source);
     for (auto entry = defaults.cbegin(); entry != defaults.cend(); ++entry) {
@@ -82,14 +85,13 @@ void Tree::fill(const QString &directory, const QString &source) {
     }
 }
 
-/// Makes the directories named by a UUID that others have removed or replaced, and in which something is pending at or
-/// below
-/// @p path, as they were made at first: with what their templates hold.
+/// Makes anew, with what their templates hold, the directories named by a UUID that others have removed or replaced by
+/// a key, and in which something is pending at or below @p path.
 void Tree::refill(const QString &path) {
     std::set<QString> directories;
     QString last;
     pending.eachMade(path, [&](const QString &made, const Node & /*node*/) {
-        if (isIn(made, last))
+        if (isIn(made, last)) // as most are
             return;
         last = parentOf(made);
         for (QString at = last; !at.isEmpty() && directories.insert(at).second;)
@@ -151,7 +153,7 @@ Status Tree::commit(const QString &path) {
     });
     change.commit();
     if (isRemovedFromAbove)
-        return Success; // the removal above is still to come, and all this is to outlive it
+        return Success; // all stays pending, so that it outlives the commit of the removal above
     pending.drop(path);
     for (QString at = parentOf(path); anyMade && !at.isEmpty(); at = parentOf(at))
         pending.dropNode(at); // made with the path
@@ -178,8 +180,8 @@ const Node *Tree::find(const QString &path) {
     if (const Node *const made = pending.find(path))
         return made;
     const Node *const node = pending.hides(path) ? nullptr : committed.find(path);
-    // above what is pending there is a directory, even if others have made a key of it or removed it
-    return (!node || node->isKey()) && pending.isAnyMadeBelow(path) ? &someDirectory : node;
+    // others may have removed a directory in which something is pending, or have put a key in its place
+    return (!node || node->isKey()) && pending.isAnyMadeBelow(path) ? &impliedDirectory : node;
 }
 
 Listing Tree::children(const QString &directory) {

@@ -8,8 +8,8 @@
 
 namespace tessaro {
 
-/// The rules of the tree over the committed nodes and the client's pending changes. A failing status leaves everything
-/// as it was; a registry that cannot be read or written throws `SQLite::Exception`.
+/// Holds the rules of the tree: its nodes are the committed ones, with the client's pending changes laid over them. A
+/// failing status leaves everything as it was; a registry that cannot be read or written throws `SQLite::Exception`.
 class Tree {
 public:
     explicit Tree(const std::string &file) : committed(file) {}
@@ -27,9 +27,9 @@ public:
     Status set(const QString &path, const QString &value);
     Status del(const QString &path);
 
-    /// Makes what is pending at and below @p path durable, in one transaction. A pending node whose directories are
-    /// gone meanwhile brings them back, filled from their templates, and one of another kind gives way to it: the last
-    /// commit wins.
+    /// Makes what is pending at and below @p path durable, in one transaction. It replaces what others have committed
+    /// there meanwhile, and brings back the directories that they have removed above, filled from their templates: the
+    /// last commit wins.
     Status commit(const QString &path);
 
     /// Drops what is pending at and below @p path, all of it when it is empty.
