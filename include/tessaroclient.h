@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: MIT
 /// The platform's registry client, the one interface through which the system registry is reached.
-///
-/// The registry is a tree. A path names one node: components joined by "/", no escaping, none of them empty. A
-/// node is a directory, which holds further nodes, or a key, which holds one text. Every operation returns a
-/// status; 0 is success. What another process has committed is seen by the next call, but for one case: where
-/// `contains`, `set` and `get` of children go through the nodes of one directory, in their order, all of them may see
-/// these nodes as they were at the first of the calls, which may be the listing of the directory. A second look at a
-/// node is a new one, but for a `set` right after it. What a client has written is pending, seen by that client alone,
-/// until it commits it.
-///
-/// Whoever implements this header keeps the order of the virtual functions and the layout of the two classes: a
-/// vtable and one pointer.
 #pragma once
+
+// The registry is a tree. A path names one node: components joined by "/", none of them empty, no escaping. A node is
+// a directory, which holds further nodes, or a key, which holds one text: any Unicode, or nothing.
+//
+// A call returns a status. 0 is success; any other is a failure that has changed nothing, and its number is the
+// implementation's own. A registry that is missing, locked for too long or damaged is a failure, never an exception
+// and never an empty tree.
+//
+// What a client changes is pending: its own calls see it at once, nobody else does, and what is still pending when the
+// client is destroyed is dropped. `commit` makes it durable. Every call sees all that other clients, in this process or
+// another, have committed before it, but where it meets the client's own pending changes: these are seen in its place,
+// and replace it when they are committed. No call leaves anything locked.
+//
+// Whoever implements this header keeps the order of the virtual functions and the layout of the two classes, a vtable
+// and one pointer, and defines `TessaroPrivate` as it likes. `Tessaro` is defined in libtessaro.so.0, `TessaroClient`
+// in libtessaroclient.so.0.
 
 #include <QtCore/QMap>
 #include <QtCore/QString>
@@ -39,59 +44,64 @@ enum _RegEntryType {
 
 class TessaroPrivate;
 
-/// Reads single values. Owns its connection to the registry, which may be opened as late as the first call; a
-/// registry that is not there shows as a failing status, never as an exception.
-class Tessaro {
+/// Reads single values. It owns its connection to the registry, which may be opened as late as the first call: to make
+/// a client succeeds even where there is no registry.
+class Q_DECL_EXPORT Tessaro {
 public:
     Tessaro();
     virtual ~Tessaro();
     Tessaro(const Tessaro &) = delete;
     Tessaro &operator=(const Tessaro &) = delete;
 
-    /// Stores the text of the key at @p path in @p value; a failure leaves @p value as it was.
+    /// Stores the text of the key at @p path in @p value; a failure leaves @p value as it was. The tool passes
+    /// `RegParamValue` and an empty @p last, here and everywhere.
     int get(const QString &path, QString &value, const _RegEntryParam &param, const QString &last);
 
 protected:
     std::unique_ptr<TessaroPrivate> d;
 };
 
-/// Lists, writes and applies. Used by one owner and one thread; several clients, in one process or many, may work on
-/// one registry at a time. What is still pending when a client is destroyed is dropped.
-class TessaroClient : public Tessaro {
+/// Lists, writes and applies. A client has one owner and one thread; several of them, in one process or many, may work
+/// on one registry at a time.
+class Q_DECL_EXPORT TessaroClient : public Tessaro {
 public:
     TessaroClient();
     ~TessaroClient() override;
 
     using Tessaro::get;
 
-    /// Fills @p children, which the caller passes empty: of a directory with one entry per child, the child's full
-    /// path and its kind; of a key with exactly one entry whose map key is the key's text. 0 and 1 are success, and
-    /// a path that does not exist is an empty listing.
+    /// Fills @p children, which the caller owns and passes empty. For a directory: one entry for each child, from its
+    /// full path to its kind. For a key: the one entry from the key's text to `RegNodeValue`. A path at which nothing
+    /// stands leaves it empty and is no failure: the status is 0 or 1.
     int get(const QString &path, QMap<QString, _RegNodeType> &children, const _RegEntryParam &param,
             const QString &last);
 
-    /// Writes the text of the key at @p path; pending. A key that is missing is made where its parent is a directory.
+    /// Makes @p value the text of the key at @p path; pending. A key that is not there is made where its directory is.
+    /// Fails on a directory, and where the directory is missing.
     virtual int set(const QString &path, const QString &value, const _RegEntryParam &param);
 
-    /// Makes the pending changes at and below @p path durable, all of them or none; the others stay pending.
+    /// Stores what is pending at @p path and below it, with the directories above that are missing: all of it, so that
+    /// it survives a power cut, or none. What is pending elsewhere, and after a failure all of it, is still pending.
+    /// Succeeds where nothing is pending.
     virtual int commit(const QString &path);
 
-    /// Starts the apply of @p section, which must be the committed text of the key @p trigger. 0: the apply service
-    /// will store its result as that key's text ("0" for success) and then release, once, the system semaphore
-    /// whose key is @p trigger. Anything else: it will do nothing.
+    /// Has the section at the path @p section applied. @p trigger is the path of a key whose committed text is
+    /// @p section, and the key of a system semaphore that exists. Returns at once. 0: the apply service will commit its
+    /// result as the key's text, "0" for success, and then release the semaphore once, whatever comes of the apply.
+    /// The client's owner removes both. Anything else: none of this will happen.
     virtual int requestApply(const QString &section, const QString &trigger);
 
-    /// Makes the node at @p path and its missing parents; pending. It becomes a key by a first `set` and is a directory
-    /// otherwise. A directory named by a UUID is filled with the keys and default texts that belong to its place.
-    /// Fails, and changes nothing, where something stands already.
+    /// Makes the node at @p path, and the directories above it that are missing; pending. The new node is a directory,
+    /// or a key if the first thing that happens to it is a `set`. A new directory named by a UUID comes with the keys
+    /// and default texts that belong to its place. Fails where something stands already, and below a key.
     virtual int create(const QString &path, const _RegEntryType &type);
 
-    /// Removes the node at @p path and all below it; pending.
+    /// Removes the node at @p path and all below it; pending. Fails where nothing stands.
     virtual int del(const QString &path);
 
-    /// 0 when there is a node at @p path, anything else when there is none.
+    /// 0 when something stands at @p path.
     int contains(const QString &path);
 
-    /// Drops the pending changes at and below @p path; all of them when it is empty.
+    /// Drops what is pending at @p path and below it; all that is pending when @p path is empty.
     int rollback(const QString &path);
 };

@@ -6,6 +6,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace tessaro {
+
 namespace {
 
 [[noreturn]] void runInChild(const std::vector<char *> &arguments, int (*prepare)(), int errorPipe) {
@@ -60,3 +62,5 @@ bool discard(int descriptor) {
         close(nothing);
     return done;
 }
+
+} // namespace tessaro

@@ -7,6 +7,8 @@
 
 #include <sys/types.h>
 
+namespace tessaro {
+
 struct ChildProcess {
     pid_t pid; ///< to be waited for by the caller; -1 when there is no process
     int error; ///< 0 when the program runs, otherwise the system's error that kept it from running
@@ -19,3 +21,5 @@ ChildProcess startProgram(const QVector<QByteArray> &command, int (*prepare)());
 
 /// Points @p descriptor at /dev/null. Safe between fork and exec; errno tells why it failed.
 bool discard(int descriptor);
+
+} // namespace tessaro

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace tessaro {
+
 namespace {
 
 QByteArray hookFolder() {
@@ -29,3 +31,5 @@ QByteArray hookFor(const QString &section) {
     }
     return {};
 }
+
+} // namespace tessaro

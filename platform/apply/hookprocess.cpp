@@ -10,6 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace tessaro {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -72,3 +74,5 @@ QString runHook(const QByteArray &hook, const QString &section, const QString &t
     }
     return describe(*status);
 }
+
+} // namespace tessaro

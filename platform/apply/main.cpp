@@ -3,7 +3,8 @@
 ///
 ///     tessaro-apply SECTION TRIGGER
 ///
-/// TRIGGER is the path of the key that takes the result, and the key of the semaphore that is released then.
+/// TRIGGER is the path of the key that takes the result, and the key of the semaphore that is released then. Standard
+/// input is a pipe from the tool, hung up when that has ended. By hand it is a terminal or the like, which is not.
 #include "apply/childprocess.h"
 #include "apply/hook.h"
 #include "apply/hookprocess.h"
@@ -13,36 +14,33 @@
 
 #include <QtCore/QSystemSemaphore>
 
-#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <thread>
+#include <poll.h>
 #include <unistd.h>
+
+namespace tessaro {
 
 namespace {
 
 using namespace std::chrono_literals;
 
 // a hook that hangs must not keep the import waiting for ever
-constexpr std::chrono::seconds hookLimit = 60s;
-
-// the release is undone when this process ends, so it stays until the tool has certainly noticed
-constexpr std::chrono::seconds longestStay = 60s;
-constexpr std::chrono::seconds shortestStay = 5s;
+constexpr std::chrono::seconds usualHookLimit = 60s;
 
 constexpr std::chrono::milliseconds pollInterval = 10ms;
 
-std::chrono::seconds secondsFrom(const char *variable, std::chrono::seconds otherwise) {
+std::chrono::seconds hookLimit() {
     bool isNumber = false;
-    const int seconds = qEnvironmentVariableIntValue(variable, &isNumber);
-    return isNumber && seconds > 0 ? std::chrono::seconds(seconds) : otherwise;
+    const int seconds = qEnvironmentVariableIntValue("TESSARO_APPLY_TIMEOUT", &isNumber);
+    return isNumber && seconds > 0 ? std::chrono::seconds(seconds) : usualHookLimit;
 }
 
 QString apply(const QString &section, const QString &trigger) {
     const QByteArray hook = hookFor(section);
-    return hook.isEmpty() ? QStringLiteral("0")
-                          : runHook(hook, section, trigger, secondsFrom("TESSARO_APPLY_TIMEOUT", hookLimit));
+    return hook.isEmpty() ? QStringLiteral("0") : runHook(hook, section, trigger, hookLimit());
 }
 
 void report(TessaroClient &client, const QString &trigger, const QString &result) {
@@ -67,18 +65,14 @@ void release(const QString &trigger) {
 void leave() {
     if (chdir("/") != 0)
         std::fprintf(stderr, "tessaro-apply: cannot leave its folder: %s\n", std::strerror(errno));
-    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    for (const int descriptor : {STDOUT_FILENO, STDERR_FILENO})
         discard(descriptor);
 }
 
-bool isGoneWithin(TessaroClient &client, const QString &trigger, std::chrono::seconds limit) {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    while (client.contains(trigger) != NotFound) {
-        if (std::chrono::steady_clock::now() >= deadline)
-            return false;
-        std::this_thread::sleep_for(pollInterval);
-    }
-    return true;
+/// Waits for the end of the tool, but no longer than @p limit; whether it has come.
+bool hasToolEndedWithin(std::chrono::milliseconds limit) {
+    pollfd input{STDIN_FILENO, 0, 0}; // asked for nothing, it still reports that it was hung up
+    return poll(&input, 1, static_cast<int>(limit.count())) > 0;
 }
 
 void cleanUpAfterTool(TessaroClient &client, const QString &trigger) {
@@ -87,22 +81,40 @@ void cleanUpAfterTool(TessaroClient &client, const QString &trigger) {
     const QSystemSemaphore owned(trigger, 0, QSystemSemaphore::Create); // its owner removes it
 }
 
+/// The release is undone when this process ends, so it stays until the tool has noticed, which then removes the key,
+/// however long it is stopped meanwhile; or until it has ended without that.
+void stayForTool(TessaroClient &client, const QString &trigger) {
+    bool hasToolEnded = false;
+    while (client.contains(trigger) != NotFound) { // also when the registry cannot be read at the moment
+        if (hasToolEnded) {
+            cleanUpAfterTool(client, trigger);
+            return;
+        }
+        hasToolEnded = hasToolEndedWithin(pollInterval);
+    }
+}
+
+void serve(const QString &section, const QString &trigger) {
+    TessaroClient client;
+    report(client, trigger, apply(section, trigger));
+    release(trigger);
+    leave();
+    stayForTool(client, trigger);
+}
+
+QString decode(const char *argument) {
+    return decodeUtf8(argument, static_cast<int>(std::strlen(argument)));
+}
+
 } // namespace
+
+} // namespace tessaro
 
 int main(int argc, char **argv) {
     if (argc != 3) {
         std::fputs("usage: tessaro-apply SECTION TRIGGER\n", stderr);
         return 1;
     }
-    const QString section = decodeUtf8(argv[1], static_cast<int>(std::strlen(argv[1])));
-    const QString trigger = decodeUtf8(argv[2], static_cast<int>(std::strlen(argv[2])));
-    const auto stay = std::max(secondsFrom("TESSARO_APPLY_LINGER", longestStay), shortestStay);
-
-    TessaroClient client;
-    report(client, trigger, apply(section, trigger));
-    release(trigger);
-    leave();
-    if (!isGoneWithin(client, trigger, stay))
-        cleanUpAfterTool(client, trigger);
+    tessaro::serve(tessaro::decode(argv[1]), tessaro::decode(argv[2]));
     return 0;
 }

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "cli/load.h"
 
+#include "cli/fail.h"
 #include "cli/treejson.h"
 #include "tessaro/store.h"
+
+#include <QtCore/QFile>
 
 #include <cerrno>
 #include <cstdlib>
@@ -11,14 +14,27 @@
 #include <system_error>
 #include <unistd.h>
 
+namespace tessaro {
+
 namespace {
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+/// Gives up, unless there is no @p error.
+void check(const std::error_code &error, const std::filesystem::path &file) {
+    if (error)
+        fail(QStringLiteral("cannot make \"%1\": %2")
+                 .arg(QFile::decodeName(file.c_str()), QString::fromStdString(error.message())));
+}
 
 /// A new file beside @p target, readable by its owner only; removed unless it takes the target's place.
 class NewFile {
 public:
     explicit NewFile(const std::string &target) : path(target + ".XXXXXX"), descriptor(mkstemp(path.data())) {
         if (descriptor < 0)
-            throw std::system_error(errno, std::generic_category(), target);
+            check(lastError(), target);
         // before SQLite opens the file: closing it later would drop SQLite's locks
         close(descriptor);
     }
@@ -32,7 +48,9 @@ public:
     const std::string &name() const { return path; }
 
     void takePlaceOf(const std::string &target) {
-        std::filesystem::rename(path, target);
+        std::error_code error;
+        std::filesystem::rename(path, target, error);
+        check(error, target);
         path.clear();
     }
 
@@ -43,9 +61,11 @@ private:
 
 void makeFolderFor(const std::filesystem::path &file) {
     const std::filesystem::path folder = std::filesystem::absolute(file).parent_path();
-    std::filesystem::create_directories(folder.parent_path());
+    std::error_code error;
+    std::filesystem::create_directories(folder.parent_path(), error);
+    check(error, folder);
     if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
-        throw std::system_error(errno, std::generic_category(), folder);
+        check(lastError(), folder);
 }
 
 void fill(const std::string &file, const QJsonObject &tree) {
@@ -59,7 +79,9 @@ void fill(const std::string &file, const QJsonObject &tree) {
 } // namespace
 
 void replaceRegistry(const std::string &file, const QJsonObject &tree) {
-    if (std::filesystem::exists(file) && std::filesystem::file_size(file) > 0) {
+    std::error_code error;
+    const auto size = std::filesystem::file_size(file, error);
+    if (!error && size > 0) {
         fill(file, tree);
         return;
     }
@@ -69,3 +91,5 @@ void replaceRegistry(const std::string &file, const QJsonObject &tree) {
     fill(registry.name(), tree);
     registry.takePlaceOf(file);
 }
+
+} // namespace tessaro

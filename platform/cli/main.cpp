@@ -5,6 +5,7 @@
 ///     tessaro get root/lumo-config-view/display/resolution
 ///     tessaro set root/lumo-config-view/display/resolution 1280x1024
 ///     tessaro dump root/lumo-config-view/display
+#include "cli/fail.h"
 #include "cli/load.h"
 #include "cli/treejson.h"
 #include "tessaro/path.h"
@@ -20,7 +21,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <stdexcept>
+
+namespace tessaro {
 
 namespace {
 
@@ -33,10 +35,6 @@ struct Subcommand {
     int most;
     void (*run)(const Arguments &);
 };
-
-[[noreturn]] void fail(const QString &why) {
-    throw std::runtime_error(why.toStdString());
-}
 
 void check(int status, const QString &path) {
     static const QMap<int, QString> reasons = {
@@ -95,7 +93,7 @@ void set(const Arguments &arguments) {
     while (!parentOf(topmostNew).isEmpty() && client.contains(parentOf(topmostNew)) != Success)
         topmostNew = parentOf(topmostNew);
     if (topmostNew != path)
-        client.create(parentOf(path), RegTypeString); // fails where another was faster, which is as good
+        client.create(parentOf(path), RegTypeString); // fails where another was faster, and is not needed then
     check(client.set(path, arguments[1], RegParamValue), path);
     check(client.commit(topmostNew), path); // with all that a new directory's template has brought
 }
@@ -137,11 +135,13 @@ int run(int argc, char **argv) {
 
 } // namespace
 
+} // namespace tessaro
+
 int main(int argc, char **argv) {
     try {
-        return run(argc, argv);
+        return tessaro::run(argc, argv);
     } catch (const SQLite::Exception &error) {
-        std::fprintf(stderr, "tessaro: registry \"%s\": %s\n", registryFile().c_str(), error.what());
+        std::fprintf(stderr, "tessaro: registry \"%s\": %s\n", tessaro::registryFile().c_str(), error.what());
     } catch (const std::exception &error) {
         std::fprintf(stderr, "tessaro: %s\n", error.what());
     }

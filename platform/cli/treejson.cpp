@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "cli/treejson.h"
 
+#include "cli/fail.h"
 #include "tessaro/path.h"
 
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonParseError>
 
-#include <stdexcept>
+namespace tessaro {
 
 namespace {
 
 const QString topNames[] = {QStringLiteral("root"), QStringLiteral("templates"), QStringLiteral("tmp")};
-
-[[noreturn]] void fail(const QString &why) {
-    throw std::runtime_error(why.toStdString());
-}
 
 /// U+FEFF as an escape, since the parser drops the character itself from a string's start; a mark before the text goes.
 QByteArray withEscapedMarks(QByteArray text) {
@@ -24,7 +21,7 @@ QByteArray withEscapedMarks(QByteArray text) {
     return text.replace(mark, "\\ufeff");
 }
 
-/// How many members the objects of a well-formed text have, those of a repeated name included.
+/// Counts the members of all objects in a well-formed text. The parser keeps only one of those that bear the same name.
 int membersWritten(const QByteArray &text) {
     int count = 0;
     bool inString = false;
@@ -38,7 +35,7 @@ int membersWritten(const QByteArray &text) {
     return count;
 }
 
-/// Refuses what is no tree; how many members there are.
+/// Throws for what is no tree; otherwise returns how many members there are.
 int checkTree(const QString &directory, const QJsonObject &tree) {
     int count = tree.size();
     for (auto node = tree.begin(); node != tree.end(); ++node) {
@@ -98,3 +95,5 @@ QJsonObject readTree(Store &store, const QString &directory) {
         tree.insert(nameOf(path), node.isKey() ? QJsonValue(node.value) : QJsonValue(readTree(store, path)));
     return tree;
 }
+
+} // namespace tessaro

@@ -6,6 +6,8 @@
 
 #include <QtCore/QJsonObject>
 
+namespace tessaro {
+
 /// Reads the JSON form of a whole registry: `root`, and optionally `templates` and `tmp`. Throws `std::runtime_error`
 /// for a text that is no JSON or does not say one tree.
 QJsonObject parseTree(QByteArray text);
@@ -15,3 +17,5 @@ void writeTree(Store &store, const QString &directory, const QJsonObject &tree);
 
 /// The tree below @p directory, which may be the top.
 QJsonObject readTree(Store &store, const QString &directory);
+
+} // namespace tessaro

@@ -6,37 +6,50 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
+
+namespace tessaro {
 
 namespace {
 
-/// How a service is started: out of reach of the terminal's signals, and without a hold on the pipe that the tool's
-/// caller reads.
-class Detachment {
-public:
-    Detachment() {
-        posix_spawn_file_actions_init(&files);
-        posix_spawnattr_init(&attributes);
-        const bool isComplete = posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDWR, 0) == 0 &&
-                                posix_spawn_file_actions_adddup2(&files, STDIN_FILENO, STDOUT_FILENO) == 0 &&
-                                posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID) == 0;
-        error = isComplete ? 0 : ENOMEM;
-    }
-    ~Detachment() {
-        posix_spawnattr_destroy(&attributes);
-        posix_spawn_file_actions_destroy(&files);
-    }
-    Detachment(const Detachment &) = delete;
-    Detachment &operator=(const Detachment &) = delete;
+/// Throws an error of the system's, unless it is 0.
+void check(int error) {
+    if (error != 0)
+        throw std::system_error(error, std::generic_category());
+}
 
-    posix_spawn_file_actions_t files = {};
-    posix_spawnattr_t attributes = {};
-    int error = 0;
+/// The reading end of a pipe that is hung up when this process ends, however it does: the writing end stays open until
+/// then, and no other program gets it.
+int lifeline() {
+    static const int readingEnd = [] {
+        int ends[2];
+        check(pipe2(ends, O_CLOEXEC) == 0 ? 0 : errno);
+        return ends[0];
+    }();
+    return readingEnd;
+}
+
+struct FileActions {
+    FileActions() { posix_spawn_file_actions_init(&value); }
+    ~FileActions() { posix_spawn_file_actions_destroy(&value); }
+    FileActions(const FileActions &) = delete;
+    FileActions &operator=(const FileActions &) = delete;
+
+    posix_spawn_file_actions_t value = {};
+};
+
+struct Attributes {
+    Attributes() { posix_spawnattr_init(&value); }
+    ~Attributes() { posix_spawnattr_destroy(&value); }
+    Attributes(const Attributes &) = delete;
+    Attributes &operator=(const Attributes &) = delete;
+
+    posix_spawnattr_t value = {};
 };
 
 /// The folder that this library was loaded from.
@@ -55,38 +68,46 @@ QByteArray serviceProgram() {
     return named.isEmpty() ? libraryFolder() + TESSARO_APPLY_PROGRAM : named;
 }
 
+/// Starts a service that is out of reach of the terminal's signals and has no hold on the pipe that the tool's caller
+/// reads. Its standard input is the lifeline.
+pid_t spawn(QByteArray program, QByteArray section, QByteArray trigger) {
+    FileActions files;
+    check(posix_spawn_file_actions_adddup2(&files.value, lifeline(), STDIN_FILENO));
+    check(posix_spawn_file_actions_addopen(&files.value, STDOUT_FILENO, "/dev/null", O_WRONLY, 0));
+    Attributes attributes;
+    check(posix_spawnattr_setflags(&attributes.value, POSIX_SPAWN_SETSID));
+
+    // asked first, since an emulated process does not hear of a program that cannot be executed
+    check(access(program.constData(), X_OK) == 0 ? 0 : errno);
+    // not by fork, which copies the page tables of an import of a large document
+    char *const arguments[] = {program.data(), section.data(), trigger.data(), nullptr};
+    pid_t service = -1;
+    check(posix_spawn(&service, arguments[0], &files.value, &attributes.value, arguments, environ));
+    return service;
+}
+
 } // namespace
 
 ApplyServices::~ApplyServices() {
-    forgetEnded();
+    reapEnded();
 }
 
 Status ApplyServices::start(const QString &section, const QString &trigger) {
-    forgetEnded();
-    QByteArray program = serviceProgram();
-    QByteArray sectionText = section.toUtf8();
-    QByteArray triggerText = trigger.toUtf8();
-    char *const arguments[] = {program.data(), sectionText.data(), triggerText.data(), nullptr};
-
-    // not by fork, which copies the page tables of an import of a large document; asked first, since an emulated
-    // process does not hear of a program that cannot be executed
-    int error = access(program.constData(), X_OK) == 0 ? 0 : errno;
-    pid_t service = -1;
-    if (error == 0) {
-        const Detachment detached;
-        error = detached.error != 0 ? detached.error
-                                    : posix_spawn(&service, program.constData(), &detached.files, &detached.attributes,
-                                                  arguments, environ);
-    }
-    if (error != 0) {
-        std::fprintf(stderr, "cannot start the apply service \"%s\": %s\n", program.constData(), std::strerror(error));
+    reapEnded();
+    const QByteArray program = serviceProgram();
+    try {
+        running.push_back(spawn(program, section.toUtf8(), trigger.toUtf8()));
+        return Success;
+    } catch (const std::system_error &error) {
+        std::fprintf(stderr, "cannot start the apply service \"%s\": %s\n", program.constData(),
+                     error.code().message().c_str());
         return ApplyRefused;
     }
-    running.push_back(service);
-    return Success;
 }
 
-void ApplyServices::forgetEnded() {
+void ApplyServices::reapEnded() {
     const auto hasEnded = [](pid_t service) { return waitpid(service, nullptr, WNOHANG) != 0; };
     running.erase(std::remove_if(running.begin(), running.end(), hasEnded), running.end());
 }
+
+} // namespace tessaro

@@ -9,8 +9,11 @@
 #include <sys/types.h>
 #include <vector>
 
-/// Starts apply services, each as a process of its own. That one has ended is noted when the next is started, and when
-/// this object goes; the last one, which runs a little longer, is left to the end of this process.
+namespace tessaro {
+
+/// Starts apply services, each as a process of its own, which sees at its standard input when this one has ended. A
+/// service that has ended is reaped when the next one is started, and when this object goes; the last one, which runs a
+/// little longer, is left to the end of this process.
 class ApplyServices {
 public:
     ApplyServices() = default;
@@ -22,7 +25,9 @@ public:
     Status start(const QString &section, const QString &trigger);
 
 private:
-    void forgetEnded();
+    void reapEnded();
 
     std::vector<pid_t> running;
 };
+
+} // namespace tessaro

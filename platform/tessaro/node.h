@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace tessaro {
+
 struct Node {
     _RegNodeType kind;
     QString value; ///< a key's text; of no meaning in a directory
@@ -30,3 +32,5 @@ using Entry = std::pair<QString, Node>;
 
 /// The kinds of a directory's nodes by their paths, as a client is handed them.
 using Listing = QMap<QString, _RegNodeType>;
+
+} // namespace tessaro

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tessaro/path.h"
 
+namespace tessaro {
+
 namespace {
 const QLatin1Char separator('/');
 }
@@ -23,6 +25,11 @@ bool isIn(const QString &path, const QString &directory) {
     return path.lastIndexOf(separator) == directory.size() && path.startsWith(directory);
 }
 
+bool areInOneDirectory(const QString &path, const QString &other) {
+    const int end = path.lastIndexOf(separator);
+    return end == other.lastIndexOf(separator) && (end < 0 || path.leftRef(end) == other.leftRef(end));
+}
+
 QString nameOf(const QString &path) {
     return path.mid(path.lastIndexOf(separator) + 1);
 }
@@ -30,3 +37,5 @@ QString nameOf(const QString &path) {
 QString childOf(const QString &directory, const QString &name) {
     return directory.isEmpty() ? name : directory + separator + name;
 }
+
+} // namespace tessaro

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace tessaro {
+
 /// Whether @p text is the path of a node; the top is none.
 bool isPath(const QString &text);
 
@@ -14,6 +16,9 @@ QString parentOf(const QString &path);
 
 /// Whether @p path has the parent @p directory, which is not the top.
 bool isIn(const QString &path, const QString &directory);
+
+/// Whether the two have the same parent.
+bool areInOneDirectory(const QString &path, const QString &other);
 
 /// The last component.
 QString nameOf(const QString &path);
@@ -27,3 +32,13 @@ auto below(Paths &paths, const QString &path) {
     // "0" follows "/"
     return std::make_pair(paths.lower_bound(path + QLatin1Char('/')), paths.lower_bound(path + QLatin1Char('0')));
 }
+
+/// Erases @p path and what lies below it from an ordered container of paths.
+template <typename Paths>
+void eraseUnder(Paths &paths, const QString &path) {
+    const auto [first, last] = below(paths, path);
+    paths.erase(first, last);
+    paths.erase(path);
+}
+
+} // namespace tessaro

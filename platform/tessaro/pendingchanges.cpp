@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tessaro/pendingchanges.h"
 
+namespace tessaro {
+
 namespace {
 
 template <typename Paths>
@@ -9,11 +11,9 @@ bool hasUnder(const Paths &paths, const QString &path) {
     return first != last || paths.count(path) != 0;
 }
 
-template <typename Paths>
-void eraseUnder(Paths &paths, const QString &path) {
-    const auto [first, last] = below(paths, path);
-    paths.erase(first, last);
-    paths.erase(path);
+/// The node that stands in @p directory, at @p path or above it.
+QString entryAt(const QString &directory, const QString &path) {
+    return path.left(path.indexOf(QLatin1Char('/'), directory.size() + 1));
 }
 
 } // namespace
@@ -26,13 +26,39 @@ const Node *PendingChanges::find(const QString &path) const {
     return found == made.end() ? nullptr : &found->second;
 }
 
-bool PendingChanges::hides(const QString &path) const {
+bool PendingChanges::removes(const QString &path) const {
     if (removed.empty())
         return false;
     for (QString at = path; !at.isEmpty(); at = parentOf(at))
         if (removed.count(at) != 0)
             return true;
     return false;
+}
+
+bool PendingChanges::hides(const QString &path) const {
+    return removes(path) || isBelowMadeKey(path);
+}
+
+bool PendingChanges::isBelowMadeKey(const QString &path) const {
+    // no made key is above a made node, nor then above its neighbour
+    if (made.empty() || areInOneDirectory(path, made.crbegin()->first))
+        return false;
+    // what precedes the first made node is none, nor is anything above it, which precedes it as well
+    const QString &first = made.cbegin()->first;
+    for (QString at = parentOf(path); !at.isEmpty() && !(at < first); at = parentOf(at))
+        if (const Node *const above = find(at))
+            return above->isKey();
+    return false;
+}
+
+bool PendingChanges::isAnyMadeBelow(const QString &path) const {
+    if (made.empty() || made.crbegin()->first < path)
+        return false;
+    const auto next = made.upper_bound(path);
+    if (next == made.end() || !next->first.startsWith(path))
+        return false;
+    const auto [first, last] = below(made, path); // between the two there may be "path!"
+    return first != last;
 }
 
 bool PendingChanges::isAnyUnder(const QString &path) const {
@@ -44,9 +70,10 @@ void PendingChanges::overlay(const QString &directory, Listing &entries) const {
     for (auto path = firstRemoved; path != lastRemoved; ++path)
         entries.remove(*path); // nothing where it lies deeper
     const auto [firstMade, lastMade] = below(made, directory);
-    for (auto node = firstMade; node != lastMade; ++node)
-        if (parentOf(node->first) == directory)
-            entries.insert(node->first, node->second.kind);
+    for (auto node = firstMade; node != lastMade; ++node) {
+        const QString entry = entryAt(directory, node->first);
+        entries.insert(entry, entry == node->first ? node->second.kind : RegNodeDir);
+    }
 }
 
 void PendingChanges::make(const QString &path, const Node &node) {
@@ -55,7 +82,7 @@ void PendingChanges::make(const QString &path, const Node &node) {
 
 void PendingChanges::remove(const QString &path) {
     drop(path);
-    if (!hides(path))
+    if (!removes(path))
         removed.insert(path);
 }
 
@@ -63,3 +90,5 @@ void PendingChanges::drop(const QString &path) {
     eraseUnder(made, path);
     eraseUnder(removed, path);
 }
+
+} // namespace tessaro

@@ -9,15 +9,26 @@
 #include <map>
 #include <set>
 
-/// An overlay on the committed tree: subtrees that are gone, and nodes that stand where nothing else is looked at.
-/// Removals come first, so a node made at or below a removed path is there, and alone.
+namespace tessaro {
+
+/// An overlay on the committed tree: removed subtrees, and made nodes. Removals come first, so a node made at or below
+/// a removed path is there, and alone.
+///
+/// What is pending stands, whatever others make of the places around it: below a made key nothing is there, and above a
+/// made node there are directories. So nothing may be made below a made key.
 class PendingChanges {
 public:
     /// The node made at @p path; null when there is none. Good until the next change.
     const Node *find(const QString &path) const;
 
     /// Whether what is committed at @p path is removed, by itself or with a directory above it.
+    bool removes(const QString &path) const;
+
+    /// Whether what is committed at @p path is out of sight: removed, or below a made key.
     bool hides(const QString &path) const;
+
+    /// Whether anything is made below @p path, which is a directory then.
+    bool isAnyMadeBelow(const QString &path) const;
 
     /// Whether anything is pending at @p path or below it.
     bool isAnyUnder(const QString &path) const;
@@ -51,6 +62,8 @@ public:
     }
 
 private:
+    bool isBelowMadeKey(const QString &path) const;
+
     template <typename Paths, typename Visit>
     static void eachUnder(const Paths &paths, const QString &path, Visit visit) {
         const auto self = paths.find(path);
@@ -63,3 +76,5 @@ private:
     std::set<QString> removed; ///< none of them lies below another
     std::map<QString, Node> made;
 };
+
+} // namespace tessaro

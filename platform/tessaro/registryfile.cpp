@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+namespace tessaro {
+
 std::string registryFile() {
     const QByteArray named = qgetenv("TESSARO_REGISTRY");
     if (!named.isEmpty())
@@ -15,3 +17,5 @@ std::string registryFile() {
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     return QFile::encodeName(data + QLatin1String("/tessaro/registry.db")).toStdString();
 }
+
+} // namespace tessaro

@@ -2,6 +2,8 @@
 /// What the registry's operations return.
 #pragma once
 
+namespace tessaro {
+
 enum Status {
     Success = 0,
     NotFound = 1,     ///< nothing stands at the path
@@ -10,3 +12,5 @@ enum Status {
     CommitFailed = 4, ///< nothing was written; what was pending still is
     ApplyRefused = 5  ///< the apply service was not started
 };
+
+} // namespace tessaro

@@ -10,12 +10,22 @@
 #include <chrono>
 #include <sqlite3.h>
 
+namespace tessaro {
+
 namespace {
 
 // far longer than any commit takes, so that a busy device does not fail an import
 constexpr std::chrono::milliseconds lockLimit = std::chrono::seconds(30);
 
-constexpr sqlite3_int64 changeCounterOffset = 24;
+/// The part of the file's header that tells whether somebody has committed, at its place in SQLite's file format.
+struct HeaderPart {
+    static constexpr sqlite3_int64 offset = 18;
+    static constexpr std::uint8_t versionOfLog = 2;
+
+    std::uint8_t writeVersion;
+    std::uint8_t between[5];
+    std::uint8_t changeCounter[4]; ///< big-endian
+};
 
 SQLite::Database openDatabase(const std::string &file) {
     // a client serves one thread
@@ -56,12 +66,20 @@ void Store::format(const std::string &file) {
                             " PRIMARY KEY (directory, name)) WITHOUT ROWID");
 }
 
-Store::Stamp Store::stamp() const {
-    Stamp bigEndian = 0;
-    const int result = file->pMethods->xRead(file, &bigEndian, sizeof bigEndian, changeCounterOffset);
+/// With a rollback journal, each commit that changes the file increments the header's counter, by which SQLite itself
+/// finds out that its cache is outdated. One read of it is a tenth of the system calls that `PRAGMA data_version`
+/// takes. With a write-ahead log the counter stands still, and only the pragma knows.
+Store::Stamp Store::stamp() {
+    HeaderPart header{};
+    const int result = file->pMethods->xRead(file, &header, sizeof header, HeaderPart::offset);
     if (result != SQLITE_OK)
         throw SQLite::Exception(sqlite3_errstr(result), result);
-    return qFromBigEndian(bigEndian);
+    if (header.writeVersion != HeaderPart::versionOfLog)
+        return {false, qFromBigEndian<std::uint32_t>(header.changeCounter)};
+    SQLite::Statement &statement = prepared(versionReader, "PRAGMA data_version");
+    const auto done = qScopeGuard([&statement] { statement.tryReset(); });
+    statement.executeStep();
+    return {true, statement.getColumn(0).getUInt()};
 }
 
 std::vector<Entry> Store::list(const QString &directory) {
@@ -104,3 +122,5 @@ bool Store::remove(const QString &path) {
 void Store::clear() {
     database.exec("DELETE FROM node");
 }
+
+} // namespace tessaro

@@ -1,11 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The registry's file: an SQLite database with one row per node,
-///
-///     directory                  | name  | value
-///     ---------------------------+-------+------------------------
-///                                | root  | NULL (a directory)
-///     root                       | view  | NULL
-///     root/view                  | title | Hello (a key's text)
+/// The registry's file.
 #pragma once
 
 #include "tessaro/node.h"
@@ -21,12 +15,30 @@
 
 struct sqlite3_file;
 
+namespace tessaro {
+
+/// An SQLite database with one row per node,
+///
+///     directory                  | name  | value
+///     ---------------------------+-------+------------------------
+///                                | root  | NULL (a directory)
+///     root                       | view  | NULL
+///     root/view                  | title | Hello (a key's text)
+///
 /// Knows SQL and nothing of the tree's rules: it does not ask whether a node's directory exists. Whatever fails throws
 /// `SQLite::Exception`. Another process's lock is waited for, up to a limit.
 class Store {
 public:
-    /// Counts the commits that changed the file, whoever made them.
-    using Stamp = std::uint32_t;
+    /// Tells whether others have committed.
+    struct Stamp {
+        bool isOfLog = false; ///< the file has a write-ahead log: a curious hand has turned it to that mode
+
+        /// With a rollback journal grows by 1 with each commit that changes something, with a log by others' commits.
+        std::uint32_t number = 0;
+
+        void countOwnCommit() { number += isOfLog ? 0 : 1; }
+        bool operator!=(const Stamp &other) const { return isOfLog != other.isOfLog || number != other.number; }
+    };
 
     /// Opens the registry at @p path, only for reading where the system allows no more; never creates it.
     explicit Store(const std::string &path);
@@ -34,8 +46,8 @@ public:
     /// Makes the file at @p file, which is empty, a registry without a node.
     static void format(const std::string &file);
 
-    /// The stamp that the file bears now. What was read while it bore the same one is still true.
-    Stamp stamp() const;
+    /// The stamp that the file bears now. What a transaction read while the file bore the same one is still true.
+    Stamp stamp();
 
     /// The nodes of @p directory with the keys' texts; none where there is no such directory.
     std::vector<Entry> list(const QString &directory);
@@ -48,11 +60,11 @@ public:
     /// Removes every node.
     void clear();
 
-    /// Begins a transaction, which is rolled back when it is destroyed without having been committed. While one
-    /// exists, nobody else writes.
+    /// Begins a transaction, which is rolled back when it is destroyed without having been committed. While it lives,
+    /// nobody else writes.
     SQLite::Transaction write() { return SQLite::Transaction(database, SQLite::TransactionBehavior::IMMEDIATE); }
 
-    /// Begins a transaction in which all reads see one state. From the first of them on nobody commits.
+    /// Begins a transaction in which all reads see the state that the first of them sees.
     SQLite::Transaction read() { return SQLite::Transaction(database); }
 
 private:
@@ -65,4 +77,7 @@ private:
     SQLite::Statement lister;
     LazyStatement putter; ///< many a client never writes
     LazyStatement remover;
+    LazyStatement versionReader;
 };
+
+} // namespace tessaro

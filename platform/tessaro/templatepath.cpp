@@ -4,6 +4,8 @@
 #include <QtCore/QStringList>
 #include <QtCore/QUuid>
 
+namespace tessaro {
+
 bool isUuid(const QString &name) {
     return !QUuid(name).isNull();
 }
@@ -18,3 +20,5 @@ QString templatePath(const QString &path) {
     names.prepend(QStringLiteral("templates"));
     return names.join(QLatin1Char('/'));
 }
+
+} // namespace tessaro

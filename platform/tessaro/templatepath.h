@@ -4,6 +4,8 @@
 
 #include <QtCore/QString>
 
+namespace tessaro {
+
 /// Stands for a UUID in the names below `templates`.
 inline const QLatin1String uuidPlaceholder("{UUID}");
 
@@ -12,3 +14,5 @@ bool isUuid(const QString &name);
 
 /// The template of @p path: `root/view/sessions/{0f1e2d3c-...}` has `templates/view/sessions/{UUID}`.
 QString templatePath(const QString &path);
+
+} // namespace tessaro

@@ -1,36 +1,25 @@
 // SPDX-License-Identifier: MIT
-/// The library's edge: what is thrown within ends here as a status.
+/// What stands behind the interface's classes.
 #pragma once
 
-#include "tessaro/applyservices.h"
 #include <tessaroclient.h>
 
-class Tree;
-
-/// A client's connection to the registry, opened by the first call that needs it.
+/// The calls of the interface, without the arguments that make no difference. Abstract, so that libtessaroclient
+/// reaches what libtessaro has made without a symbol of it.
 class TessaroPrivate {
 public:
-    TessaroPrivate();
-    ~TessaroPrivate();
+    TessaroPrivate() = default;
+    virtual ~TessaroPrivate() = default;
     TessaroPrivate(const TessaroPrivate &) = delete;
     TessaroPrivate &operator=(const TessaroPrivate &) = delete;
 
-    int contains(const QString &path) noexcept;
-    int get(const QString &path, QString &value) noexcept;
-    int list(const QString &path, QMap<QString, _RegNodeType> &children) noexcept;
-    int create(const QString &path) noexcept;
-    int set(const QString &path, const QString &value) noexcept;
-    int del(const QString &path) noexcept;
-    int commit(const QString &path) noexcept;
-    int rollback(const QString &path) noexcept;
-
-    /// 0 when the apply service was started; why it could not be is printed.
-    int requestApply(const QString &section, const QString &trigger) noexcept;
-
-private:
-    /// Begins a call of it.
-    Tree &registry();
-
-    std::unique_ptr<Tree> opened;
-    ApplyServices services;
+    virtual int contains(const QString &path) = 0;
+    virtual int get(const QString &path, QString &value) = 0;
+    virtual int list(const QString &path, QMap<QString, _RegNodeType> &children) = 0;
+    virtual int create(const QString &path) = 0;
+    virtual int set(const QString &path, const QString &value) = 0;
+    virtual int del(const QString &path) = 0;
+    virtual int commit(const QString &path) = 0;
+    virtual int rollback(const QString &path) = 0;
+    virtual int requestApply(const QString &section, const QString &trigger) = 0;
 };

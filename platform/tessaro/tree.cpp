@@ -8,17 +8,22 @@
 
 #include <set>
 
+namespace tessaro {
+
 namespace {
 
-/// Of a path at which no node was found.
+/// The status for a path at which no node was found.
 Status absent(const QString &path) {
     return isPath(path) ? NotFound : WrongKind;
 }
 
+/// Stands for every directory that is there only for what is pending below it.
+const Node impliedDirectory = directoryNode();
+
 } // namespace
 
 Status Tree::contains(const QString &path) {
-    return find(path, &StoredTree::findNext) ? Success : absent(path);
+    return find(path) ? Success : absent(path);
 }
 
 Status Tree::get(const QString &path, QString &value) {
@@ -32,7 +37,7 @@ Status Tree::get(const QString &path, QString &value) {
 }
 
 Status Tree::list(const QString &path, Listing &entries) {
-    const Node *const node = find(path, &StoredTree::findNext);
+    const Node *const node = find(path);
     if (!node)
         return absent(path);
     if (node->isKey())
@@ -54,6 +59,7 @@ Status Tree::create(const QString &path) {
     }
     if (missing.isEmpty() || (above && above->isKey()))
         return WrongKind;
+    // all of them before any is filled: a template may hold a key where the path goes on
     for (const QString &directory : std::as_const(missing))
         pending.make(directory, directoryNode());
     for (const QString &directory : std::as_const(missing))
@@ -62,6 +68,7 @@ Status Tree::create(const QString &path) {
     return Success;
 }
 
+/// Copies into @p directory what the template @p source holds and @p directory does not.
 void Tree::fill(const QString &directory, const QString &source) {
     const Listing defaults = children(source);
     for (auto entry = defaults.cbegin(); entry != defaults.cend(); ++entry) {
@@ -78,20 +85,21 @@ void Tree::fill(const QString &directory, const QString &source) {
     }
 }
 
-/// Makes the directories named by a UUID that others have removed, and in which something is pending at or below
-/// @p path, as they were made at first: with what their templates hold.
+/// Makes anew, with what their templates hold, the directories named by a UUID that others have removed or replaced by
+/// a key, and in which something is pending at or below @p path.
 void Tree::refill(const QString &path) {
     std::set<QString> directories;
     QString last;
     pending.eachMade(path, [&](const QString &made, const Node & /*node*/) {
-        if (isIn(made, last))
+        if (isIn(made, last)) // as most are
             return;
         last = parentOf(made);
         for (QString at = last; !at.isEmpty() && directories.insert(at).second;)
             at = parentOf(at);
     });
     for (const QString &directory : directories) {
-        if (isUuid(nameOf(directory)) && !find(directory)) {
+        const Node *const old = committed.find(directory);
+        if (isUuid(nameOf(directory)) && !pending.find(directory) && (!old || old->isKey())) {
             pending.make(directory, directoryNode());
             fill(directory, templatePath(directory));
         }
@@ -101,7 +109,7 @@ void Tree::refill(const QString &path) {
 Status Tree::set(const QString &path, const QString &value) {
     if (!value.isValidUtf16())
         return WrongKind;
-    const Node *const node = find(path, &StoredTree::findAgain);
+    const Node *const node = find(path);
     if (!node) {
         if (!isPath(path))
             return WrongKind;
@@ -130,13 +138,13 @@ Status Tree::del(const QString &path) {
 Status Tree::commit(const QString &path) {
     if (!isPath(path))
         return WrongKind;
-    if (!pending.isAnyUnder(path))
+    const bool isRemovedFromAbove = pending.removes(parentOf(path));
+    if (!isRemovedFromAbove && !pending.isAnyUnder(path))
         return Success;
-    const bool hiddenFromAbove = pending.hides(parentOf(path));
-    StoredTree::Change change(stored);
+    CommittedTree::Change change(committed);
     refill(path);
     pending.eachRemoval(path, [&](const QString &removed) { change.remove(removed); });
-    if (hiddenFromAbove)
+    if (isRemovedFromAbove)
         change.remove(path);
     bool anyMade = false;
     pending.eachMade(path, [&](const QString &made, const Node &node) {
@@ -144,8 +152,8 @@ Status Tree::commit(const QString &path) {
         anyMade = true;
     });
     change.commit();
-    if (hiddenFromAbove)
-        return Success; // the removal above is still to come, and all this is to outlive it
+    if (isRemovedFromAbove)
+        return Success; // all stays pending, so that it outlives the commit of the removal above
     pending.drop(path);
     for (QString at = parentOf(path); anyMade && !at.isEmpty(); at = parentOf(at))
         pending.dropNode(at); // made with the path
@@ -164,19 +172,25 @@ Status Tree::rollback(const QString &path) {
 }
 
 bool Tree::isCommitted(const QString &path, const QString &value) {
-    const Node *const node = stored.find(path);
+    const Node *const node = committed.find(path);
     return node && *node == keyNode(value);
 }
 
-/// The node at @p path, which is looked up among the committed ones by @p lookUp.
-const Node *Tree::find(const QString &path, LookUp lookUp) {
+const Node *Tree::find(const QString &path) {
     if (const Node *const made = pending.find(path))
         return made;
-    return pending.hides(path) ? nullptr : (stored.*lookUp)(path);
+    const Node *const node = pending.hides(path) ? nullptr : committed.find(path);
+    // others may have removed a directory in which something is pending, or have put a key in its place
+    return (!node || node->isKey()) && pending.isAnyMadeBelow(path) ? &impliedDirectory : node;
 }
 
 Listing Tree::children(const QString &directory) {
-    Listing entries = pending.hides(directory) ? Listing() : stored.children(directory);
+    Listing entries;
+    if (!pending.hides(directory))
+        for (const auto &[path, node] : committed.list(directory))
+            entries.insert(entries.cend(), path, node.kind);
     pending.overlay(directory, entries);
     return entries;
 }
+
+} // namespace tessaro

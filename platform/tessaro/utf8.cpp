@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace tessaro {
+
 namespace {
 
 constexpr int utf8Mib = 106;
@@ -31,3 +33,5 @@ QString decodeUtf8(const char *text, int size) {
 QString appendUtf8(const QString &before, const char *text, int size) {
     return isAscii(text, size) ? QString(before % QLatin1String(text, size)) : before % decodeUtf8(text, size);
 }
+
+} // namespace tessaro

@@ -20,7 +20,7 @@ QString valueOf(TessaroClient &client, const QString &path) {
 
 } // namespace
 
-/// Registries that are missing, damaged, exchanged or full.
+/// Registries that are missing, damaged, exchanged, turned to another mode or full.
 class ClientTroubleTest : public QObject {
     Q_OBJECT
 
@@ -79,6 +79,32 @@ private Q_SLOTS:
         QCOMPARE(valueOf(client, key), QStringLiteral("loaded"));
         QVERIFY(QFile::resize(registry, 0));
         QCOMPARE(client.contains(key), 3);
+    }
+
+    void registryWithAWriteAheadLogIsFollowed_data() {
+        QTest::addColumn<bool>("isSwitchedWhileOpen");
+        QTest::newRow("from the start") << false;
+        QTest::newRow("switched while clients are open") << true;
+    }
+
+    void registryWithAWriteAheadLogIsFollowed() {
+        QFETCH(const bool, isSwitchedWhileOpen);
+        TessaroClient writer;
+        TessaroClient reader;
+        if (isSwitchedWhileOpen) {
+            QCOMPARE(valueOf(reader, key), before);
+            QCOMPARE(valueOf(writer, key), before);
+        }
+        QCOMPARE(device.run("sqlite3 $TESSARO_REGISTRY 'PRAGMA journal_mode = WAL'").out, QByteArray("wal\n"));
+        for (const QString &text : {QStringLiteral("first"), QStringLiteral("second"), QStringLiteral("third")}) {
+            QCOMPARE(writer.set(key, text, RegParamValue), 0);
+            QCOMPARE(writer.commit(key), 0);
+            QCOMPARE(valueOf(writer, key), text);
+            QCOMPARE(valueOf(reader, key), text);
+            QCOMPARE(reader.set(twin, text, RegParamValue), 0);
+            QCOMPARE(reader.commit(twin), 0);
+            QCOMPARE(valueOf(writer, twin), text);
+        }
     }
 
     void fullDiskChangesNothingAndLeavesAllPending() {

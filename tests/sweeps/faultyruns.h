@@ -10,9 +10,7 @@
 class FaultyRuns {
 public:
     /// Of the tool with these arguments.
-    explicit FaultyRuns(const QByteArray &toolArguments) : arguments(toolArguments) {
-        device.environment.insert("TESSARO_APPLY_LINGER", "5");
-    }
+    explicit FaultyRuns(const QByteArray &toolArguments) : arguments(toolArguments) {}
 
     /// Puts the registry back as it was loaded.
     void reset() const { device.write(registry, pristine); }
