@@ -53,7 +53,7 @@ void SetCommand::execute() {
         const Document document = checkedDocument(readDocument(file));
         const ExportedSettings current = currentSettings();
         const QStringList changed = changedSections(document, current.document);
-        requireRoom(document, current.viewNames);
+        requireRoom(document, current);
         applyDocument(document.text, applier);
 
         PostActionFile postAction;

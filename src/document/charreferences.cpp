@@ -3,6 +3,7 @@
 
 #include "engine/limits.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -23,6 +24,13 @@ const QLatin1String documentType("<!DOCTYPE");
 
 constexpr uint lastOfReader = 0xffff; // the reader keeps no more
 constexpr uint lastOfAll = 0x10ffff;
+
+/// How far a reference made of references is looked at; one with more zeros in front is refused.
+constexpr int longestReference = 32;
+
+/// The entities that every document has.
+const std::array<QLatin1String, 5> predefined = {QLatin1String("amp;"), QLatin1String("lt;"), QLatin1String("gt;"),
+                                                 QLatin1String("quot;"), QLatin1String("apos;")};
 
 /// A reference to a character, such as `&#128512;` or `&#x1F600;`.
 struct CharReference {
@@ -69,24 +77,24 @@ public:
             const QChar character = text.at(at);
             if (character == QLatin1Char('&'))
                 takeReference();
-            else if (character != QLatin1Char('<') || !skipOpaque())
-                takeContent(character);
+            else if (character != QLatin1Char('<'))
+                ++at;
+            else if (text.midRef(at).startsWith(documentType))
+                takeDocumentType();
+            else if (!skipOpaque())
+                ++at;
         }
         return result + text.midRef(copied);
     }
 
 private:
-    void takeContent(QChar character) {
-        if (character == QLatin1Char('<') && text.midRef(at).startsWith(documentType))
-            takeDocumentType();
-        else
-            ++at;
-    }
-
     /// Up to the end of the declaration. In it, a reference stands in quotes only.
     void takeDocumentType() {
+        const int begin = at;
         bool isInSubset = false;
         for (at += documentType.size(); at < text.size();) {
+            if (at - begin > maximumTypeSize)
+                throw atLine(typeTooLarge(), lineAt(begin));
             const QChar character = text.at(at);
             if (character == QLatin1Char('"') || character == QLatin1Char('\'')) {
                 takeDeclaredValue(character);
@@ -133,6 +141,7 @@ private:
         const auto reference = charReferenceAt(text, at);
         if (!reference) {
             ++at;
+            countEntity();
             return;
         }
         if (reference->code > lastOfAll)
@@ -157,23 +166,32 @@ private:
         return false;
     }
 
-    [[noreturn]] void refuse() const {
-        throw atLine(Error(QStringLiteral("unsupported character reference")),
-                     text.leftRef(at).count(QLatin1Char('\n')) + 1);
+    /// Of an entity whose name stands here.
+    void countEntity() {
+        const QStringRef rest = text.midRef(at);
+        const auto isHere = [&rest](QLatin1String name) { return rest.startsWith(name); };
+        if (std::none_of(predefined.begin(), predefined.end(), isHere) && ++entities > maximumEntityReferences)
+            throw atLine(tooManyEntities(), lineAt(at));
     }
 
-    static constexpr int longestReference = 32; // more leading zeros than that are refused
+    [[noreturn]] void refuse() const {
+        throw atLine(Error(QStringLiteral("unsupported character reference")), lineAt(at));
+    }
+
+    int lineAt(int position) const { return text.leftRef(position).count(QLatin1Char('\n')) + 1; }
 
     const QString &text;
     QString result;
     int at = 0;
     int copied = 0; // up to here, `result` holds it
+    int entities = 0;
 };
 
 } // namespace
 
 QString withoutCharReferences(const QString &document) {
-    return document.contains(QLatin1String("&#")) ? Replacement(document).run() : document;
+    const bool isAffected = document.contains(QLatin1String("&#")) || document.contains(documentType);
+    return isAffected ? Replacement(document).run() : document;
 }
 
 } // namespace quendar

@@ -4,7 +4,8 @@
 #include "document/charreferences.h"
 #include "engine/limits.h"
 
-#include <QtXml/QXmlInputSource>
+#include <QtCore/QTextCodec>
+#include <QtCore/QXmlStreamReader>
 
 namespace quendar {
 
@@ -21,25 +22,23 @@ QByteArray readDocument(QIODevice &device) {
 }
 
 Document checkedDocument(const QByteArray &bytes) {
-    const QString text = decodedDocument(bytes);
-    const Contents contents = scanDocument(bytes);
-    return {bytes, withoutCharReferences(text), contents};
+    const QString text = withoutCharReferences(decodedDocument(bytes));
+    return {bytes, text, scanDocument(bytes, text)};
 }
 
-QT_WARNING_PUSH
-QT_WARNING_DISABLE_DEPRECATED // the decoder of the reader that the text goes to
-
 QString decodedDocument(const QByteArray &bytes) {
-    QXmlInputSource source;
-    source.setData(bytes);
-    QString text = source.data();
+    // the engine's reader finds the encoding, since the other one takes it from anything that begins with "<?xml"
+    QXmlStreamReader reader(bytes);
+    reader.readNext();
+    const QTextCodec *const declared = QTextCodec::codecForName(reader.documentEncoding().toString().toLatin1());
+    const QTextCodec *const codec =
+        declared ? declared : QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"));
+    QString text = codec->toUnicode(bytes);
     if (text.contains(QLatin1Char('\r'))) {
         text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
         text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     }
     return text;
 }
-
-QT_WARNING_POP
 
 } // namespace quendar

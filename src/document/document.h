@@ -20,11 +20,11 @@ struct Document {
 QByteArray readDocument(QIODevice &device);
 
 /// The document in @p bytes. Throws Error, with the line where it is known, for one that is nested too deep, has too
-/// many different names, or refers to characters in a way that cannot be told.
+/// many different names, refers to characters in a way that cannot be told, or declares more than a document needs.
 Document checkedDocument(const QByteArray &bytes);
 
-/// Of a text decoded as its first bytes and its declaration say: line ends are line feeds, as every reader of XML has
-/// them. The reader in use would hand on carriage returns.
+/// The text of a document, decoded as the engine decodes it. Line ends are line feeds, as every reader of XML has them;
+/// the one in use would hand on carriage returns.
 QString decodedDocument(const QByteArray &bytes);
 
 } // namespace quendar

@@ -1,73 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "document/documentscan.h"
 
-#include "document/elements.h"
+#include "document/structure.h"
 #include "engine/limits.h"
 
-#include <QtCore/QUuid>
 #include <QtCore/QXmlStreamReader>
-
-#include <algorithm>
-#include <string_view>
-#include <unordered_set>
-#include <vector>
+#include <QtXml/QXmlDefaultHandler>
+#include <QtXml/QXmlInputSource>
+#include <QtXml/QXmlSimpleReader>
 
 namespace quendar {
 
 namespace {
 
-/// Whether an element is an entry of a directory that the document does not name.
-template <typename Name>
-bool isEntry(const Name &element) {
-    return element == element::session || element == element::printer;
-}
-
-/// How deep the scan is, in the document and in the registry, where the view's root is level 1 as the document's is: an
-/// element is one level, `session` and `printer` are two, with the directory that their entry lies in.
-class Nesting {
+/// Collects the names that the reader passes, as long as a name pool can hold them.
+class NameCollector {
 public:
-    /// False where the element is beyond the limit.
-    template <typename Name>
-    bool enter(const Name &element) {
-        const int added = levelsOf(element);
-        registryLevel += added;
-        levels.push_back(added);
-        return registryLevel <= maximumDepth && levels.size() <= std::size_t(maximumDepth);
-    }
-
-    /// False where no element is open.
-    bool leave() {
-        if (levels.empty())
-            return false;
-        registryLevel -= levels.back();
-        levels.pop_back();
-        return true;
-    }
-
-private:
-    template <typename Name>
-    static int levelsOf(const Name &name) {
-        if (name == element::root)
-            return 0;
-        return isEntry(name) ? 2 : 1;
-    }
-
-    int registryLevel = 1;
-    std::vector<int> levels; // that each open element has added
-};
-
-void addEntry(Contents &contents, const QString &id) {
-    const QUuid uuid(id);
-    if (uuid.isNull())
-        ++contents.unnamedEntries;
-    else
-        contents.entries.insert(QStringLiteral("uuid-") + uuid.toString(QUuid::WithoutBraces));
-}
-
-/// Collects what the reader passes, as long as a name pool can hold the names.
-class Collector {
-public:
-    explicit Collector(const QXmlStreamReader &source) : reader(source) {}
+    explicit NameCollector(const QXmlStreamReader &source) : reader(source) {}
 
     void addElement() {
         addName(reader.name(), reader.namespaceUri(), reader.prefix());
@@ -77,21 +26,19 @@ public:
         const QXmlStreamNamespaceDeclarations declarations = reader.namespaceDeclarations();
         for (const QXmlStreamNamespaceDeclaration &declaration : declarations)
             addName({}, declaration.namespaceUri(), declaration.prefix());
-        if (isEntry(reader.name()))
-            addEntry(collected, attributes.value(QLatin1String("id")).toString());
     }
 
     void addProcessingInstruction() { addName(reader.processingInstructionTarget(), {}, {}); }
 
-    const Contents &contents() const { return collected; }
+    const Names &names() const { return collected; }
 
 private:
     void addName(const QStringRef &local, const QStringRef &uri, const QStringRef &prefix) {
-        const bool isNewLocal = add(collected.names.local, local);
-        const bool isNewUri = add(collected.names.namespaceUris, uri);
-        const bool isNewPrefix = add(collected.names.prefixes, prefix);
+        const bool isNewLocal = add(collected.local, local);
+        const bool isNewUri = add(collected.namespaceUris, uri);
+        const bool isNewPrefix = add(collected.prefixes, prefix);
         if ((isNewLocal || isNewUri || isNewPrefix) &&
-            (collected.names.local.size() > maximumNames ||
+            (collected.local.size() > maximumNames ||
              !makeName(pool, local.toString(), uri.toString(), prefix.toString())))
             throw atLine(tooManyNames(), reader.lineNumber());
     }
@@ -105,140 +52,82 @@ private:
 
     const QXmlStreamReader &reader;
     QXmlNamePool pool;
-    Contents collected;
+    Names collected;
 };
 
-constexpr std::string_view declaration = R"(<?xml version="1.0" encoding="UTF-8" ?>)";
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED // the reader that the applier will have
 
-bool isNameByte(char byte) {
-    switch (byte) {
-    case '!':
-    case '"':
-    case '&':
-    case '\'':
-    case '/':
-    case ':':
-    case '<':
-    case '=':
-    case '>':
-    case '?':
-        return false;
-    default:
-        return static_cast<unsigned char>(byte) > ' ';
-    }
-}
-
-/// Takes one part after the other off a plain document.
-class Scanner {
+/// Has the applier's own reader report the elements to a `Structure`. It stops the reader instead of throwing: on
+/// 32-bit ARM no exception may pass through it.
+class StructureReader : public QXmlDefaultHandler {
 public:
-    explicit Scanner(std::string_view text) : rest(text) {}
-
-    bool skipPast(char byte) { return skip(rest.find(byte)); }
-
-    bool take(std::string_view text) {
-        if (rest.substr(0, text.size()) != text)
-            return false;
-        rest.remove_prefix(text.size());
-        return true;
+    /// False where the document is nested too deep.
+    bool read(const QString &text) {
+        QXmlInputSource source;
+        source.setData(text);
+        QXmlSimpleReader reader;
+        reader.setContentHandler(this);
+        reader.setErrorHandler(this);
+        reader.parse(source); // what is no XML, the load will refuse
+        return lineTooDeep == 0;
     }
 
-    /// Empty when there is none.
-    std::string_view takeName() {
-        const auto end = std::find_if_not(rest.begin(), rest.end(), isNameByte);
-        const std::string_view name = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
-        rest.remove_prefix(name.size());
-        return name;
+    int lineBeyondLimit() const { return lineTooDeep; }
+    const Structure &structure() const { return followed; }
+
+    void setDocumentLocator(QXmlLocator *place) override { locator = place; }
+
+    bool startElement(const QString & /*namespaceUri*/, const QString &localName, const QString & /*qualifiedName*/,
+                      const QXmlAttributes &attributes) override {
+        if (followed.enter(localName, attributes.value(QStringLiteral("id"))))
+            return true;
+        lineTooDeep = locator->lineNumber();
+        return false;
     }
 
-    /// Up to the quote at its end, and past that; nothing when there is none.
-    std::optional<std::string_view> takeValue() {
-        const auto end = rest.find_first_of("\"<");
-        if (end == std::string_view::npos || rest[end] != '"')
-            return {};
-        const std::string_view value = rest.substr(0, end);
-        skip(end);
-        return value;
+    bool endElement(const QString & /*namespaceUri*/, const QString & /*localName*/,
+                    const QString & /*qualifiedName*/) override {
+        return followed.leave();
     }
 
 private:
-    bool skip(std::size_t end) {
-        if (end == std::string_view::npos)
-            return false;
-        rest.remove_prefix(end + 1);
-        return true;
-    }
-
-    std::string_view rest;
+    Structure followed;
+    QXmlLocator *locator = nullptr;
+    int lineTooDeep = 0;
 };
 
-QString toQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
-}
+QT_WARNING_POP
 
 } // namespace
 
-std::optional<Contents> scanPlainDocument(const QByteArray &document) {
-    Scanner scanner({document.constData(), static_cast<std::size_t>(document.size())});
-    std::unordered_set<std::string_view> names;
-    Contents contents;
-    Nesting nesting;
-
-    scanner.take(declaration);
-    while (scanner.skipPast('<')) {
-        if (scanner.take("/")) {
-            if (!nesting.leave())
-                return {};
-            continue;
-        }
-        const std::string_view name = scanner.takeName();
-        const QLatin1String element(name.data(), static_cast<int>(name.size()));
-        if (name.empty() || name == "xmlns" || !nesting.enter(element))
-            return {};
-        names.insert(name);
-
-        std::string_view id;
-        while (scanner.take(" ")) {
-            const std::string_view attribute = scanner.takeName();
-            if (attribute.empty() || attribute == "xmlns" || !scanner.take("=\""))
-                return {};
-            const auto value = scanner.takeValue();
-            if (!value)
-                return {};
-            names.insert(attribute);
-            if (attribute == "id")
-                id = *value;
-        }
-        if (id.find('&') != std::string_view::npos || names.size() > maximumNames)
-            return {};
-        if (isEntry(element))
-            addEntry(contents, toQString(id));
-        if (scanner.take("/"))
-            nesting.leave();
-        if (!scanner.take(">"))
-            return {};
-    }
-
-    for (const std::string_view name : names)
-        contents.names.local.insert(toQString(name));
-    return contents;
-}
-
-Contents scanDocument(const QByteArray &document) {
-    if (const auto contents = scanPlainDocument(document))
+Contents scanDocument(const QByteArray &bytes, const QString &text) {
+    if (const auto contents = scanPlainDocument(bytes))
         return *contents;
 
-    QXmlStreamReader reader(document);
-    Collector collector(reader);
-    Nesting nesting;
+    // counted as the applier will meet them: the engine's reader sees other entities and default attributes
+    StructureReader reader;
+    if (!reader.read(text))
+        throw atLine(tooDeep(), reader.lineBeyondLimit());
+    return {scanNames(bytes), reader.structure().entries(), reader.structure().unnamedEntries()};
+}
+
+Names scanNames(const QByteArray &bytes) {
+    if (const auto contents = scanPlainDocument(bytes))
+        return contents->names;
+
+    QXmlStreamReader reader(bytes);
+    NameCollector collector(reader);
+    int depth = 0;
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement:
-            if (!nesting.enter(reader.name()))
+            if (++depth > maximumDepth)
                 throw atLine(tooDeep(), reader.lineNumber());
             collector.addElement();
             break;
         case QXmlStreamReader::EndElement:
-            nesting.leave();
+            --depth;
             break;
         case QXmlStreamReader::ProcessingInstruction:
             collector.addProcessingInstruction();
@@ -247,7 +136,7 @@ Contents scanDocument(const QByteArray &document) {
             break;
         }
     }
-    return collector.contents();
+    return collector.names();
 }
 
 } // namespace quendar

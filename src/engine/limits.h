@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-/// What the XML engine cannot take; a document or a registry beyond a limit is refused before it is handed over.
+/// What the XML engine and the reader cannot take; a document or a registry beyond a limit is refused before it is
+/// handed over.
 #pragma once
 
 #include "report/error.h"
@@ -13,6 +14,13 @@ constexpr int maximumDepth = 256;
 /// Bytes of a document. The engine takes some fifty times the size of a document of small elements.
 constexpr qint64 maximumDocumentSize = qint64(16) * 1024 * 1024;
 
+/// Characters of a document type declaration. Both readers take a time that is quadratic in the number of declarations,
+/// and recurse for each parenthesis in them.
+constexpr int maximumTypeSize = 16 * 1024;
+
+/// References to entities that a document declares. The readers take each for as much as 4,096 characters.
+constexpr int maximumEntityReferences = 4096;
+
 /// Different names of elements, attributes and processing instructions. An engine's name pool numbers them with twelve
 /// bits, and a query takes up to two hundred for itself.
 constexpr int maximumNames = 3840;
@@ -23,11 +31,14 @@ inline Error tooDeep() {
 inline Error tooLarge() {
     return Error(QStringLiteral("document larger than 16 MiB"));
 }
+inline Error typeTooLarge() {
+    return Error(QStringLiteral("document type declaration larger than 16 KiB"));
+}
+inline Error tooManyEntities() {
+    return Error(QStringLiteral("more than %1 references to entities").arg(maximumEntityReferences));
+}
 inline Error tooManyNames() {
     return Error(QStringLiteral("too many different names"));
-}
-inline Error atLine(const Error &error, qint64 line) {
-    return Error(error.message() + QStringLiteral(" at line ") + QString::number(line));
 }
 
 } // namespace quendar

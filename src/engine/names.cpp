@@ -3,9 +3,17 @@
 
 #include "engine/limits.h"
 
+#include <QtCore/QUuid>
+
 #include <algorithm>
 
 namespace quendar {
+
+QString elementName(const QString &entry) {
+    if (QUuid(entry).isNull())
+        return entry;
+    return QStringLiteral("uuid-") + QString(entry).remove(QLatin1Char('{')).remove(QLatin1Char('}'));
+}
 
 Names united(const Names &first, const Names &second) {
     return {first.local | second.local, first.prefixes | second.prefixes, first.namespaceUris | second.namespaceUris};

@@ -18,6 +18,10 @@ struct Names {
     QSet<QString> namespaceUris;
 };
 
+/// What the entry of a registry directory is called as an element: by its name, or, where that is a UUID, without the
+/// braces, which no element can bear, and with `uuid-` in front.
+QString elementName(const QString &entry);
+
 /// The names of two documents in one pool.
 Names united(const Names &first, const Names &second);
 

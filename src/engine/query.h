@@ -14,7 +14,7 @@
 namespace quendar {
 
 /// One of the queries that are compiled into the tool, run once: bind what it reads, compile it, reserve the names of
-/// what it reads, evaluate it. What the engine has to say goes to standard error, through Qt's message handler.
+/// what it reads, evaluate it. What the engine has to say it prints on standard error.
 class Query {
 public:
     /// An XQuery, or the stylesheet.

@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "commands/getcommand.h"
 #include "commands/setcommand.h"
+#include "engine/application.h"
 #include "main/arguments.h"
 #include "report/error.h"
-
-#include <QtCore/QCoreApplication>
-#include <QtCore/QDir>
 
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <optional>
 
 using namespace quendar;
 
@@ -48,30 +45,12 @@ int runCommand(const Arguments &arguments, std::unique_ptr<ICommand> &command) {
     }
 }
 
-bool isAlone() {
-    return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size() == 1;
-}
-
-/// Ends the process. The engine's network access manager has started a thread that may not even have got to its first
-/// line; where `exit` destroys Qt's globals under it, it crashes. The application waits for it, for some seconds.
-[[noreturn]] void end(std::optional<QCoreApplication> &application, int status) {
-    application.reset();
-    if (!isAlone())
-        std::_Exit(status);
-    std::exit(status);
-}
-
 } // namespace
 
 int main(int argc, char *argv[]) {
-    std::optional<QCoreApplication> application(std::in_place, argc, argv);
-    // a network access manager that loads no plugins: the queries come from the tool itself
-    QCoreApplication::setLibraryPaths({});
-
+    Application application(argc, argv);
     std::unique_ptr<ICommand> command; // one that has succeeded is not destroyed
     const auto scanned = scanArguments(QCoreApplication::arguments());
     const auto *const usageError = std::get_if<UsageError>(&scanned);
-    const int status = usageError ? answerWithUsage(*usageError) : runCommand(std::get<Arguments>(scanned), command);
-
-    end(application, status);
+    application.end(usageError ? answerWithUsage(*usageError) : runCommand(std::get<Arguments>(scanned), command));
 }

@@ -46,7 +46,7 @@ public:
     bool characters(const QString &text) override;
     bool fatalError(const QXmlParseException &exception) override;
 
-    /// Drops what is pending.
+    /// Drops all that is pending in the client, whoever put it there.
     void rollback();
 
 private:

@@ -8,8 +8,9 @@ void LumoConfigViewModifier::loadPrinters() {
     const QString printers = viewRoot() + QStringLiteral("/network_printer/printers");
     const QStringList paths = entriesOf(printers, children(printers));
     for (const QString &path : paths) {
-        const Children &name = children(path + QStringLiteral("/name"));
-        if (!name.isEmpty()) // trimmed, as the names in a document are
+        const QString key = childKey(path, QStringLiteral("name"));
+        const Children &name = children(key);
+        if (!name.isEmpty() && !isEntryOf(key, name.firstKey())) // trimmed, as the names in a document are
             printersByName.insert(name.firstKey().trimmed(), path);
     }
 }

@@ -14,4 +14,13 @@ QString Error::message() const {
 TessaroError::TessaroError(const QString &path, int status)
     : Error(QStringLiteral("error occured on view key: %1, status: %2").arg(path, QString::number(status))) {}
 
+Error atLine(const Error &error, qint64 line) {
+    return Error(error.message() + QStringLiteral(" at line ") + QString::number(line));
+}
+
+void require(bool succeeded, const QString &otherwise) {
+    if (!succeeded)
+        throw Error(otherwise);
+}
+
 } // namespace quendar

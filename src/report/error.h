@@ -27,4 +27,10 @@ public:
     TessaroError(const QString &path, int status);
 };
 
+/// @p error with the line of a document at which it was found.
+Error atLine(const Error &error, qint64 line);
+
+/// Throws Error with the message @p otherwise, unless something has @p succeeded.
+void require(bool succeeded, const QString &otherwise);
+
 } // namespace quendar

@@ -8,11 +8,6 @@ namespace quendar {
 
 namespace {
 
-void require(bool succeeded, const QString &otherwise) {
-    if (!succeeded)
-        throw Error(otherwise);
-}
-
 QString cannotDetect() {
     return QStringLiteral("Impossible to detect sections to apply");
 }
@@ -31,7 +26,7 @@ QByteArray loaded(const Document &document) {
 } // namespace
 
 QStringList changedSections(const Document &wanted, const QByteArray &current) {
-    const Names names = united(wanted.contents.names, scanDocument(current).names);
+    const Names names = united(wanted.contents.names, scanNames(current));
     Query query;
     query.bind(QStringLiteral("initialConfig"), current);
     query.bind(QStringLiteral("newConfig"), loaded(wanted));

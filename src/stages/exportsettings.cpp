@@ -13,11 +13,11 @@ namespace {
 struct SerialisedView {
     QByteArray xml;
     Names names;
+    QSet<QString> entries;
 };
 
-void require(bool succeeded) {
-    if (!succeeded)
-        throw Error(QStringLiteral("impossible to export the settings"));
+QString impossible() {
+    return QStringLiteral("impossible to export the settings");
 }
 
 /// Every registry read of an export happens here.
@@ -25,19 +25,19 @@ SerialisedView serialisedView(TessaroClient &client) {
     Query query;
     LumoConfigView view(query.namePool(), client);
     query.bind(QStringLiteral("lumoConfig"), QXmlItem(view.indexForKey(viewRoot())));
-    require(query.compile(QStringLiteral("wholeConfig.xq")));
+    require(query.compile(QStringLiteral("wholeConfig.xq")), impossible());
     QByteArray xml;
-    require(query.appendTo(xml));
-    return {xml, view.names()};
+    require(query.appendTo(xml), impossible());
+    return {xml, view.names(), view.entries()};
 }
 
 QByteArray configuration(const SerialisedView &view) {
     Query stylesheet(QXmlQuery::XSLT20);
-    require(stylesheet.setInput(view.xml));
-    require(stylesheet.compile(QStringLiteral("toLumoConfigFormat.xsl")));
+    require(stylesheet.setInput(view.xml), impossible());
+    require(stylesheet.compile(QStringLiteral("toLumoConfigFormat.xsl")), impossible());
     stylesheet.reserve(view.names);
     QByteArray document("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n");
-    require(stylesheet.appendTo(document));
+    require(stylesheet.appendTo(document), impossible());
     return document;
 }
 
@@ -45,7 +45,7 @@ QByteArray configuration(const SerialisedView &view) {
 
 ExportedSettings exportSettings(TessaroClient &client) {
     const SerialisedView view = serialisedView(client);
-    return {configuration(view), view.names.local};
+    return {configuration(view), view.names.local, view.entries};
 }
 
 } // namespace quendar

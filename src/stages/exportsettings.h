@@ -13,6 +13,7 @@ namespace quendar {
 struct ExportedSettings {
     QByteArray document;
     QSet<QString> viewNames; ///< of the elements of the view, of which the document shows some in another form
+    QSet<QString> entries;   ///< the paths of its sessions and printers
 };
 
 /// The settings that @p client sees. Throws TessaroError when the registry fails, Error when it holds what no document

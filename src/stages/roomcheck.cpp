@@ -2,6 +2,7 @@
 #include "stages/roomcheck.h"
 
 #include "engine/limits.h"
+#include "registry/viewkey.h"
 
 namespace quendar {
 
@@ -12,11 +13,13 @@ constexpr int roomForDefaults = 256;
 
 } // namespace
 
-void requireRoom(const Document &document, const QSet<QString> &viewNames) {
+void requireRoom(const Document &document, const ExportedSettings &current) {
     const Contents &contents = document.contents;
-    if (contents.unnamedEntries == 0 && viewNames.contains(contents.entries))
+    if (contents.unnamedEntries == 0 && current.entries.contains(contents.entries))
         return; // nothing is made
-    const QSet<QString> names = viewNames + contents.names.local + contents.entries;
+    QSet<QString> names = current.viewNames + contents.names.local;
+    for (const QString &path : contents.entries)
+        names.insert(elementName(nameIn(path).toString()));
     if (names.size() + contents.unnamedEntries + roomForDefaults > maximumNames)
         throw tooManyNames();
 }

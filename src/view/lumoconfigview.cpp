@@ -6,23 +6,11 @@
 #include "report/error.h"
 
 #include <QtCore/QUrl>
-#include <QtCore/QUuid>
 #include <QtCore/QVariant>
 
 #include <iterator>
 
 namespace quendar {
-
-namespace {
-
-/// What an entry is called in XML, where a name cannot hold braces.
-QString elementName(const QString &entry) {
-    if (QUuid(entry).isNull())
-        return entry;
-    return QStringLiteral("uuid-") + QString(entry).remove(QLatin1Char('{')).remove(QLatin1Char('}'));
-}
-
-} // namespace
 
 LumoConfigView::LumoConfigView(const QXmlNamePool &namePool)
     : QSimpleXmlNodeModel(namePool), ownClient(std::make_unique<TessaroClient>()), client(*ownClient) {}
@@ -41,6 +29,16 @@ Names LumoConfigView::names() const {
     for (const auto &[entry, name] : elementNames)
         all.local.insert(name.localName(namePool()));
     return all;
+}
+
+QSet<QString> LumoConfigView::entries() const {
+    QSet<QString> paths;
+    for (const ViewKey &key : std::as_const(keys)) {
+        const QStringView directory = parentIn(key);
+        if (directory.endsWith(QLatin1String("/sessions")) || directory.endsWith(QLatin1String("/printers")))
+            paths.insert(key);
+    }
+    return paths;
 }
 
 QUrl LumoConfigView::documentUri(const QXmlNodeModelIndex & /*node*/) const {

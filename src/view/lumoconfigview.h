@@ -46,6 +46,9 @@ public:
     /// The names of the elements that the engine has met.
     Names names() const;
 
+    /// The paths of the sessions and printers that the engine has met.
+    QSet<QString> entries() const;
+
     QUrl documentUri(const QXmlNodeModelIndex &node) const override;
     QXmlNodeModelIndex::NodeKind kind(const QXmlNodeModelIndex &node) const override;
     QXmlNodeModelIndex::DocumentOrder compareOrder(const QXmlNodeModelIndex &first,

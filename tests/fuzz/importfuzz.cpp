@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "document/document.h"
+#include "engine/application.h"
 #include "fuzz/fuzzeddevice.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
@@ -8,8 +9,6 @@
 #include "stages/exportsettings.h"
 #include "stages/roomcheck.h"
 
-#include <QtCore/QCoreApplication>
-
 using namespace quendar;
 
 namespace {
@@ -17,8 +16,7 @@ namespace {
 /// One export for all imports: each would leak inside the engine.
 ExportedSettings currentSettings() {
     static int argumentCount = 0;
-    static const QCoreApplication application(argumentCount, nullptr);
-    QCoreApplication::setLibraryPaths({});
+    static const Application application(argumentCount, nullptr);
     TessaroClient client;
     return exportSettings(client);
 }
@@ -28,7 +26,8 @@ void checkQuickLook(const QByteArray &document) {
     const auto quick = scanPlainDocument(document);
     if (!quick)
         return;
-    const Contents contents = scanDocument(document + "<!-- so it is not plain -->");
+    const QByteArray notPlain = document + "<!-- so it is not plain -->";
+    const Contents contents = scanDocument(notPlain, decodedDocument(notPlain));
     const Names &names = contents.names;
     if (!quick->names.local.contains(names.local) || !names.prefixes.isEmpty() || !names.namespaceUris.isEmpty() ||
         !quick->entries.contains(contents.entries) || quick->unnamedEntries < contents.unnamedEntries)
@@ -42,7 +41,7 @@ void import(const QByteArray &bytes, const ExportedSettings &current) {
     try {
         const Document document = checkedDocument(bytes);
         changedSections(document, current.document);
-        requireRoom(document, current.viewNames);
+        requireRoom(document, current);
         applyDocument(document.text, applier);
     } catch (const Error &) {
         applier.rollback();
