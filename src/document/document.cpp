@@ -9,6 +9,23 @@
 
 namespace quendar {
 
+namespace {
+
+constexpr int usualDeclaration = 1024; // bytes, with all in front of the root
+
+/// What the engine's reader takes for the encoding; empty where the document declares none. The other reader takes it
+/// from anything that begins with "<?xml".
+QByteArray declaredEncoding(const QByteArray &bytes) {
+    for (const QByteArray &beginning : {bytes.left(usualDeclaration), bytes}) {
+        QXmlStreamReader reader(beginning);
+        if (reader.readNext() == QXmlStreamReader::StartDocument)
+            return reader.documentEncoding().toLatin1();
+    }
+    return {};
+}
+
+} // namespace
+
 QByteArray readDocument(QIODevice &device) {
     const qint64 size = device.isSequential() ? 0 : device.size();
     if (size > maximumDocumentSize)
@@ -27,10 +44,7 @@ Document checkedDocument(const QByteArray &bytes) {
 }
 
 QString decodedDocument(const QByteArray &bytes) {
-    // the engine's reader finds the encoding, since the other one takes it from anything that begins with "<?xml"
-    QXmlStreamReader reader(bytes);
-    reader.readNext();
-    const QTextCodec *const declared = QTextCodec::codecForName(reader.documentEncoding().toString().toLatin1());
+    const QTextCodec *const declared = QTextCodec::codecForName(declaredEncoding(bytes));
     const QTextCodec *const codec =
         declared ? declared : QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"));
     QString text = codec->toUnicode(bytes);

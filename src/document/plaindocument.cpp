@@ -7,7 +7,7 @@
 
 #include <algorithm>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace quendar {
 
@@ -84,7 +84,13 @@ QString toQString(std::string_view text) {
 
 std::optional<Contents> scanPlainDocument(const QByteArray &document) {
     Scanner scanner({document.constData(), static_cast<std::size_t>(document.size())});
-    std::unordered_set<std::string_view> names;
+    std::unordered_map<std::string_view, QString> names; // those noted, each decoded once
+    const auto noted = [&names](std::string_view name) -> const QString & {
+        QString &text = names[name];
+        if (text.isEmpty())
+            text = toQString(name);
+        return text;
+    };
     Structure structure;
 
     scanner.take(declaration);
@@ -97,7 +103,7 @@ std::optional<Contents> scanPlainDocument(const QByteArray &document) {
         const std::string_view name = scanner.takeName();
         if (name.empty() || name == "xmlns")
             return {};
-        names.insert(name);
+        const QString &element = noted(name);
 
         std::string_view id;
         while (scanner.take(" ")) {
@@ -107,12 +113,12 @@ std::optional<Contents> scanPlainDocument(const QByteArray &document) {
             const auto value = scanner.takeValue();
             if (!value)
                 return {};
-            names.insert(attribute);
+            noted(attribute);
             if (attribute == "id")
                 id = *value;
         }
         if (id.find('&') != std::string_view::npos || names.size() > maximumNames ||
-            !structure.enter(toQString(name), toQString(id)))
+            !structure.enter(element, id.empty() ? QString() : toQString(id)))
             return {};
         if (scanner.take("/"))
             structure.leave();
@@ -121,8 +127,8 @@ std::optional<Contents> scanPlainDocument(const QByteArray &document) {
     }
 
     Contents contents = {{}, structure.entries(), structure.unnamedEntries()};
-    for (const std::string_view name : names)
-        contents.names.local.insert(toQString(name));
+    for (const auto &[bytes, name] : names)
+        contents.names.local.insert(name);
     return contents;
 }
 

@@ -21,23 +21,23 @@ constexpr int levelsAstray = 2;
 Structure::Structure() : places{{viewRoot(), 1, false, false}} {}
 
 bool Structure::enter(const QString &element, const QString &id) {
-    const Place parent = places.back();
-    Place place = {parent.path, parent.level, false, parent.isInPrinterSection};
-    if (element == element::session) {
-        place = entry(parent, QStringLiteral("sessions"), id);
-    } else if (element == element::printer) {
-        place = entry(parent, QStringLiteral("printers"), id);
-        place.isPrinter = true;
-    } else if (element != element::root) {
-        place.path = childKey(parent.path, element);
-        ++place.level;
-    }
-    if (element == element::printerSection)
-        place.isInPrinterSection = true;
-    if (element == element::name && parent.isInPrinterSection && !parent.isPrinter)
+    const bool isPrinter = element == element::printer;
+    const bool isInPrinterSection = places.back().isInPrinterSection;
+    if (isInPrinterSection && element == element::name && !places.back().isPrinter)
         isAstray = true;
-    places.push_back(place);
-    return place.level + (isAstray ? levelsAstray : 0) <= maximumDepth && places.size() <= maximumDepth + 1U;
+
+    Place place = {element, places.back().level + 1, isPrinter,
+                   isInPrinterSection || element == element::printerSection};
+    if (isPrinter || element == element::session) {
+        place.name = takeEntry(isPrinter ? QStringLiteral("printers") : QStringLiteral("sessions"), id);
+        ++place.level;
+    } else if (element == element::root) {
+        place.name.clear();
+        --place.level;
+    }
+    const int level = place.level + (isAstray ? levelsAstray : 0);
+    places.push_back(std::move(place));
+    return level <= maximumDepth && places.size() <= maximumDepth + 1U;
 }
 
 bool Structure::leave() {
@@ -47,14 +47,20 @@ bool Structure::leave() {
     return true;
 }
 
-Structure::Place Structure::entry(const Place &parent, const QString &directory, const QString &id) {
+/// Notes the entry of a directory in the innermost place; returns its path from there.
+QString Structure::takeEntry(const QString &directory, const QString &id) {
     const QUuid uuid(id);
-    const QString path = childKey(childKey(parent.path, directory), uuid.toString());
-    if (uuid.isNull() || isAstray)
+    const QString below = childKey(directory, uuid.toString());
+    if (uuid.isNull() || isAstray) {
         ++unnamed;
-    else
-        paths.insert(path);
-    return {path, parent.level + 2, false, parent.isInPrinterSection};
+        return below;
+    }
+    QString path;
+    for (const Place &place : places)
+        if (!place.name.isEmpty())
+            path += place.name + QLatin1Char('/');
+    paths.insert(path + below);
+    return below;
 }
 
 } // namespace quendar

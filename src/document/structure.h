@@ -30,13 +30,13 @@ public:
 
 private:
     struct Place {
-        QString path;
+        QString name; // below the place before; empty where it is the same place
         int level;
         bool isPrinter;
         bool isInPrinterSection;
     };
 
-    Place entry(const Place &parent, const QString &directory, const QString &id);
+    QString takeEntry(const QString &directory, const QString &id);
 
     std::vector<Place> places; // of the open elements, and the view's in front
     QSet<QString> paths;
