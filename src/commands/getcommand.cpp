@@ -4,8 +4,6 @@
 #include "commands/settingsfile.h"
 #include "stages/exportsettings.h"
 
-#include <tessaroclient.h>
-
 namespace quendar {
 
 GetCommand::GetCommand(const QString &filePath, const QString &wantedCategory)
@@ -20,8 +18,7 @@ void GetCommand::execute() {
 }
 
 void GetCommand::exportConfig(QIODevice *output) {
-    TessaroClient client;
-    writeDocument(*output, exportSettings(client).document);
+    writeDocument(*output, exportSettings().document);
 }
 
 } // namespace quendar

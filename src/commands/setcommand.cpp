@@ -22,11 +22,6 @@ namespace {
 /// The result when the apply service reports anything but success.
 constexpr int notApplied = 6;
 
-ExportedSettings currentSettings() {
-    TessaroClient client;
-    return exportSettings(client);
-}
-
 /// Has each section applied in turn; returns the names of those that were not, each once.
 QStringList applySections(const QStringList &sections) {
     TessaroClient client;
@@ -51,7 +46,7 @@ void SetCommand::execute() {
     QStringList failed;
     try {
         const Document document = checkedDocument(readDocument(file));
-        const ExportedSettings current = currentSettings();
+        const ExportedSettings current = exportSettings();
         const QStringList changed = changedSections(document, current.document);
         requireRoom(document, current);
         applyDocument(document.text, applier);

@@ -21,14 +21,24 @@ QString impossible() {
 }
 
 /// Every registry read of an export happens here.
-SerialisedView serialisedView(TessaroClient &client) {
-    Query query;
-    LumoConfigView view(query.namePool(), client);
+SerialisedView serialised(LumoConfigView &view, Query &query) {
     query.bind(QStringLiteral("lumoConfig"), QXmlItem(view.indexForKey(viewRoot())));
     require(query.compile(QStringLiteral("wholeConfig.xq")), impossible());
     QByteArray xml;
     require(query.appendTo(xml), impossible());
     return {xml, view.names(), view.entries()};
+}
+
+SerialisedView serialisedView() {
+    Query query;
+    LumoConfigView view(query.namePool());
+    return serialised(view, query);
+}
+
+SerialisedView serialisedView(TessaroClient &client) {
+    Query query;
+    LumoConfigView view(query.namePool(), client);
+    return serialised(view, query);
 }
 
 QByteArray configuration(const SerialisedView &view) {
@@ -41,11 +51,18 @@ QByteArray configuration(const SerialisedView &view) {
     return document;
 }
 
+ExportedSettings exported(const SerialisedView &view) {
+    return {configuration(view), view.names.local, view.entries};
+}
+
 } // namespace
 
+ExportedSettings exportSettings() {
+    return exported(serialisedView());
+}
+
 ExportedSettings exportSettings(TessaroClient &client) {
-    const SerialisedView view = serialisedView(client);
-    return {configuration(view), view.names.local, view.entries};
+    return exported(serialisedView(client));
 }
 
 } // namespace quendar

@@ -20,4 +20,7 @@ struct ExportedSettings {
 /// can: a name that no element can bear, a character that XML does not have, too many names or levels.
 ExportedSettings exportSettings(TessaroClient &client);
 
+/// What a client of its own sees, which is gone, with all that it remembers, before the engine takes the most memory.
+ExportedSettings exportSettings();
+
 } // namespace quendar

@@ -17,8 +17,7 @@ namespace {
 ExportedSettings currentSettings() {
     static int argumentCount = 0;
     static const Application application(argumentCount, nullptr);
-    TessaroClient client;
-    return exportSettings(client);
+    return exportSettings();
 }
 
 /// The quick look at a plain document lets nothing pass that a reader would refuse, and misses nothing in it.
