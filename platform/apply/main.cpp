@@ -4,7 +4,8 @@
 ///     tessaro-apply SECTION TRIGGER
 ///
 /// TRIGGER is the path of the key that takes the result, and the key of the semaphore that is released then. Standard
-/// input is a pipe from the tool, hung up when that has ended. By hand it is a terminal or the like, which is not.
+/// input is a pipe from the tool, hung up when that has ended. Started by hand, the service has another standard input,
+/// and stays until the key is gone.
 #include "apply/childprocess.h"
 #include "apply/hook.h"
 #include "apply/hookprocess.h"
@@ -75,6 +76,7 @@ bool hasToolEndedWithin(std::chrono::milliseconds limit) {
     return poll(&input, 1, static_cast<int>(limit.count())) > 0;
 }
 
+/// One try is enough: it waits for a lock as long as every call does, and a key that stays does no harm.
 void cleanUpAfterTool(TessaroClient &client, const QString &trigger) {
     client.del(trigger);
     client.commit(trigger);

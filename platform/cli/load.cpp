@@ -89,6 +89,9 @@ void replaceRegistry(const std::string &file, const QJsonObject &tree) {
     NewFile registry(file);
     Store::format(registry.name());
     fill(registry.name(), tree);
+    // what a former registry of that name has left: SQLite would roll it back into the new file
+    for (const char *const rest : {"-journal", "-wal", "-shm"})
+        unlink((file + rest).c_str());
     registry.takePlaceOf(file);
 }
 

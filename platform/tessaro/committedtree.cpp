@@ -136,7 +136,7 @@ void CommittedTree::Change::commit() {
     transaction.commit();
     tree.changing = false;
     if (wrote)
-        tree.stamp.countOwnCommit(); // another's commit meanwhile is one more
+        tree.stamp.countOwnCommit(); // where another client has committed right after, the file's differs
 }
 
 } // namespace tessaro

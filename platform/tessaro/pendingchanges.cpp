@@ -19,7 +19,7 @@ QString entryAt(const QString &directory, const QString &path) {
 } // namespace
 
 const Node *PendingChanges::find(const QString &path) const {
-    // changes come in the order of the paths more often than not
+    // most look-ups are for paths behind all that is made: answered without a search
     if (made.empty() || made.crbegin()->first < path)
         return nullptr;
     const auto found = made.find(path);
@@ -40,10 +40,10 @@ bool PendingChanges::hides(const QString &path) const {
 }
 
 bool PendingChanges::isBelowMadeKey(const QString &path) const {
-    // no made key is above a made node, nor then above its neighbour
+    // a path that shares its directory with a made node has no made key above it, since that node has none
     if (made.empty() || areInOneDirectory(path, made.crbegin()->first))
         return false;
-    // what precedes the first made node is none, nor is anything above it, which precedes it as well
+    // a path above another sorts before it, so the walk up can stop at the first made node
     const QString &first = made.cbegin()->first;
     for (QString at = parentOf(path); !at.isEmpty() && !(at < first); at = parentOf(at))
         if (const Node *const above = find(at))

@@ -8,6 +8,7 @@
 #include <QtCore/QtEndian>
 
 #include <chrono>
+#include <cstring>
 #include <sqlite3.h>
 
 namespace tessaro {
@@ -43,7 +44,10 @@ sqlite3_file *fileOf(const SQLite::Database &database) {
 
 QString pathOf(const QString &prefix, const SQLite::Column &name) {
     const char *const text = name.getText();
-    return appendUtf8(prefix, text, name.getBytes());
+    const auto size = static_cast<std::size_t>(name.getBytes());
+    if (size == 0 || std::memchr(text, '/', size))
+        throw SQLite::Exception("a row is no node", SQLITE_CORRUPT);
+    return appendUtf8(prefix, text, static_cast<int>(size));
 }
 
 Node nodeOf(const SQLite::Column &value) {
@@ -80,6 +84,14 @@ Store::Stamp Store::stamp() {
     const auto done = qScopeGuard([&statement] { statement.tryReset(); });
     statement.executeStep();
     return {true, statement.getColumn(0).getUInt()};
+}
+
+SQLite::Transaction Store::write() {
+    int isMoved = 0;
+    sqlite3_file_control(database.getHandle(), "main", SQLITE_FCNTL_HAS_MOVED, &isMoved);
+    if (isMoved != 0)
+        throw SQLite::Exception("the file has been removed or replaced", SQLITE_READONLY_DBMOVED);
+    return SQLite::Transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
 }
 
 std::vector<Entry> Store::list(const QString &directory) {

@@ -31,7 +31,7 @@ class Store {
 public:
     /// Tells whether others have committed.
     struct Stamp {
-        bool isOfLog = false; ///< the file has a write-ahead log: a curious hand has turned it to that mode
+        bool isOfLog = false; ///< somebody has switched the file to SQLite's WAL mode
 
         /// With a rollback journal grows by 1 with each commit that changes something, with a log by others' commits.
         std::uint32_t number = 0;
@@ -49,7 +49,8 @@ public:
     /// The stamp that the file bears now. What a transaction read while the file bore the same one is still true.
     Stamp stamp();
 
-    /// The nodes of @p directory with the keys' texts; none where there is no such directory.
+    /// The nodes of @p directory with the keys' texts; none where there is no such directory. A row that can be none
+    /// throws: its path would be another node's.
     std::vector<Entry> list(const QString &directory);
 
     void put(const QString &path, const Node &node);
@@ -61,8 +62,9 @@ public:
     void clear();
 
     /// Begins a transaction, which is rolled back when it is destroyed without having been committed. While it lives,
-    /// nobody else writes.
-    SQLite::Transaction write() { return SQLite::Transaction(database, SQLite::TransactionBehavior::IMMEDIATE); }
+    /// nobody else writes. Throws where the file has been removed or replaced since it was opened, which reads do not
+    /// notice.
+    SQLite::Transaction write();
 
     /// Begins a transaction in which all reads see the state that the first of them sees.
     SQLite::Transaction read() { return SQLite::Transaction(database); }

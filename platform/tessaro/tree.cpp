@@ -4,6 +4,7 @@
 #include "tessaro/path.h"
 #include "tessaro/templatepath.h"
 
+#include <QtCore/QScopeGuard>
 #include <QtCore/QStringList>
 
 #include <set>
@@ -78,16 +79,18 @@ void Tree::fill(const QString &directory, const QString &source) {
             continue; // a template of its own, or gone meanwhile
         const Node node = *found;
         const QString path = childOf(directory, name);
-        if (!find(path))
+        const Node *const there = find(path);
+        const bool isKey = there ? there->isKey() : node.isKey();
+        if (!there)
             pending.make(path, node);
-        if (!node.isKey())
+        if (!isKey && !node.isKey())
             fill(path, entry.key());
     }
 }
 
 /// Makes anew, with what their templates hold, the directories named by a UUID that others have removed or replaced by
-/// a key, and in which something is pending at or below @p path.
-void Tree::refill(const QString &path) {
+/// a key, and in which something is pending at or below @p path. Returns what was pending before, if anything was made.
+std::optional<PendingChanges> Tree::refill(const QString &path) {
     std::set<QString> directories;
     QString last;
     pending.eachMade(path, [&](const QString &made, const Node & /*node*/) {
@@ -97,13 +100,17 @@ void Tree::refill(const QString &path) {
         for (QString at = last; !at.isEmpty() && directories.insert(at).second;)
             at = parentOf(at);
     });
+    std::optional<PendingChanges> before;
     for (const QString &directory : directories) {
         const Node *const old = committed.find(directory);
         if (isUuid(nameOf(directory)) && !pending.find(directory) && (!old || old->isKey())) {
+            if (!before)
+                before = pending;
             pending.make(directory, directoryNode());
             fill(directory, templatePath(directory));
         }
     }
+    return before;
 }
 
 Status Tree::set(const QString &path, const QString &value) {
@@ -142,7 +149,11 @@ Status Tree::commit(const QString &path) {
     if (!isRemovedFromAbove && !pending.isAnyUnder(path))
         return Success;
     CommittedTree::Change change(committed);
-    refill(path);
+    const std::optional<PendingChanges> unfilled = refill(path);
+    auto putBack = qScopeGuard([&] {
+        if (unfilled)
+            pending = *unfilled;
+    });
     pending.eachRemoval(path, [&](const QString &removed) { change.remove(removed); });
     if (isRemovedFromAbove)
         change.remove(path);
@@ -152,6 +163,7 @@ Status Tree::commit(const QString &path) {
         anyMade = true;
     });
     change.commit();
+    putBack.dismiss();
     if (isRemovedFromAbove)
         return Success; // all stays pending, so that it outlives the commit of the removal above
     pending.drop(path);

@@ -6,6 +6,8 @@
 #include "tessaro/pendingchanges.h"
 #include "tessaro/status.h"
 
+#include <optional>
+
 namespace tessaro {
 
 /// Holds the rules of the tree: its nodes are the committed ones, with the client's pending changes laid over them. A
@@ -43,7 +45,7 @@ private:
     Listing children(const QString &directory);
     bool isNewAndEmpty(const QString &path);
     void fill(const QString &directory, const QString &source);
-    void refill(const QString &path);
+    std::optional<PendingChanges> refill(const QString &path);
 
     CommittedTree committed;
     PendingChanges pending;

@@ -77,11 +77,9 @@ public:
             const QChar character = text.at(at);
             if (character == QLatin1Char('&'))
                 takeReference();
-            else if (character != QLatin1Char('<'))
-                ++at;
-            else if (text.midRef(at).startsWith(documentType))
+            else if (character == QLatin1Char('<') && text.midRef(at).startsWith(documentType))
                 takeDocumentType();
-            else if (!skipOpaque())
+            else if (character != QLatin1Char('<') || !skipOpaque())
                 ++at;
         }
         return result + text.midRef(copied);

@@ -82,8 +82,8 @@ QString toQString(std::string_view text) {
 
 } // namespace
 
-std::optional<Contents> scanPlainDocument(const QByteArray &document) {
-    Scanner scanner({document.constData(), static_cast<std::size_t>(document.size())});
+std::optional<Contents> scanPlainDocument(const QByteArray &bytes) {
+    Scanner scanner({bytes.constData(), static_cast<std::size_t>(bytes.size())});
     std::unordered_map<std::string_view, QString> names; // those noted, each decoded once
     const auto noted = [&names](std::string_view name) -> const QString & {
         QString &text = names[name];
@@ -127,7 +127,7 @@ std::optional<Contents> scanPlainDocument(const QByteArray &document) {
     }
 
     Contents contents = {{}, structure.entries(), structure.unnamedEntries()};
-    for (const auto &[bytes, name] : names)
+    for (const auto &[utf8, name] : names)
         contents.names.local.insert(name);
     return contents;
 }

@@ -54,7 +54,8 @@ void complete(Story &story, const Story &each) {
             story.parts.insert(part.key(), *part);
     const QStringList words = story.parts.take(QStringLiteral("words"));
     for (const QString &line : words + QStringList(QStringLiteral("NAME = ") + story.name)) {
-        const QRegularExpression word(QStringLiteral("\\b%1\\b").arg(line.section(QLatin1String(" = "), 0, 0)));
+        const QRegularExpression word(
+            QStringLiteral("\\b%1\\b").arg(QRegularExpression::escape(line.section(QLatin1String(" = "), 0, 0))));
         for (QStringList &lines : story.parts)
             lines.replaceInStrings(word, line.section(QLatin1String(" = "), 1));
     }
