@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+/// What the fuzzers import into.
 #pragma once
 
 #include "support/scriptedregistry.h"

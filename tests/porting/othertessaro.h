@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+/// What the two libraries of another make share.
 #pragma once
 
 #include <tessaroclient.h>

@@ -39,6 +39,11 @@ private Q_SLOTS:
         QTEST(static_cast<QString>(ViewKey(path).makeRelativeTo(QStringLiteral("root/view"))), "relative");
     }
 
+    void theEmptyKeyCoversNothingButItself() {
+        QVERIFY(ViewKey("").covers(QString()));
+        QVERIFY(!ViewKey("").covers(QStringLiteral("root")));
+    }
+
     void positionsInTheListsAreTheEnumerators() {
         QCOMPARE(regNodeTypes.indexOf(QStringLiteral("default")), 3);
         QCOMPARE(regEntryParams.indexOf(QStringLiteral("regexp")), 2);
