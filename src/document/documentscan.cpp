@@ -62,18 +62,17 @@ QT_WARNING_DISABLE_DEPRECATED // the reader that the applier will have
 /// 32-bit ARM no exception may pass through it.
 class StructureReader : public QXmlDefaultHandler {
 public:
-    /// False where the document is nested too deep.
-    bool read(const QString &text) {
+    /// The line where the document is nested too deep, 0 when it is not.
+    int read(const QString &text) {
         QXmlInputSource source;
         source.setData(text);
         QXmlSimpleReader reader;
         reader.setContentHandler(this);
         reader.setErrorHandler(this);
         reader.parse(source); // what is no XML, the load will refuse
-        return lineTooDeep == 0;
+        return lineTooDeep;
     }
 
-    int lineBeyondLimit() const { return lineTooDeep; }
     const Structure &structure() const { return followed; }
 
     void setDocumentLocator(QXmlLocator *place) override { locator = place; }
@@ -107,8 +106,8 @@ Contents scanDocument(const QByteArray &bytes, const QString &text) {
 
     // counted as the applier will meet them: the engine's reader sees other entities and default attributes
     StructureReader reader;
-    if (!reader.read(text))
-        throw atLine(tooDeep(), reader.lineBeyondLimit());
+    if (const int line = reader.read(text))
+        throw atLine(tooDeep(), line);
     return {scanNames(bytes), reader.structure().entries(), reader.structure().unnamedEntries()};
 }
 

@@ -37,6 +37,9 @@ inline Error typeTooLarge() {
 inline Error tooManyEntities() {
     return Error(QStringLiteral("more than %1 references to entities").arg(maximumEntityReferences));
 }
+inline Error notExportable() {
+    return Error(QStringLiteral("impossible to export the settings"));
+}
 inline Error tooManyNames() {
     return Error(QStringLiteral("too many different names"));
 }

@@ -18,7 +18,7 @@ Error atLine(const Error &error, qint64 line) {
     return Error(error.message() + QStringLiteral(" at line ") + QString::number(line));
 }
 
-void require(bool succeeded, const QString &otherwise) {
+void require(bool succeeded, const Error &otherwise) {
     if (!succeeded)
         throw Error(otherwise);
 }

@@ -30,7 +30,7 @@ public:
 /// @p error with the line of a document at which it was found.
 Error atLine(const Error &error, qint64 line);
 
-/// Throws Error with the message @p otherwise, unless something has @p succeeded.
-void require(bool succeeded, const QString &otherwise);
+/// Throws @p otherwise, unless something has @p succeeded.
+void require(bool succeeded, const Error &otherwise);
 
 } // namespace quendar

@@ -8,8 +8,8 @@ namespace quendar {
 
 namespace {
 
-QString cannotDetect() {
-    return QStringLiteral("Impossible to detect sections to apply");
+Error cannotDetect() {
+    return Error(QStringLiteral("Impossible to detect sections to apply"));
 }
 
 /// The document as the engine reads and writes it.
@@ -33,7 +33,7 @@ QStringList changedSections(const Document &wanted, const QByteArray &current) {
     require(query.compile(QStringLiteral("diff.xq")), cannotDetect());
     query.reserve(names);
     QStringList sections;
-    require(query.appendTo(sections), QStringLiteral("An error occured while detecting sections to apply"));
+    require(query.appendTo(sections), Error(QStringLiteral("An error occured while detecting sections to apply")));
     return sections;
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "stages/exportsettings.h"
 
+#include "engine/limits.h"
 #include "engine/query.h"
 #include "registry/viewpaths.h"
-#include "report/error.h"
 #include "view/lumoconfigview.h"
 
 namespace quendar {
@@ -16,16 +16,12 @@ struct SerialisedView {
     QSet<QString> entries;
 };
 
-QString impossible() {
-    return QStringLiteral("impossible to export the settings");
-}
-
 /// Every registry read of an export happens here.
 SerialisedView serialised(LumoConfigView &view, Query &query) {
     query.bind(QStringLiteral("lumoConfig"), QXmlItem(view.indexForKey(viewRoot())));
-    require(query.compile(QStringLiteral("wholeConfig.xq")), impossible());
+    require(query.compile(QStringLiteral("wholeConfig.xq")), notExportable());
     QByteArray xml;
-    require(query.appendTo(xml), impossible());
+    require(query.appendTo(xml), notExportable());
     return {xml, view.names(), view.entries()};
 }
 
@@ -43,11 +39,11 @@ SerialisedView serialisedView(TessaroClient &client) {
 
 QByteArray configuration(const SerialisedView &view) {
     Query stylesheet(QXmlQuery::XSLT20);
-    require(stylesheet.setInput(view.xml), impossible());
-    require(stylesheet.compile(QStringLiteral("toLumoConfigFormat.xsl")), impossible());
+    require(stylesheet.setInput(view.xml), notExportable());
+    require(stylesheet.compile(QStringLiteral("toLumoConfigFormat.xsl")), notExportable());
     stylesheet.reserve(view.names);
     QByteArray document("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n");
-    require(stylesheet.appendTo(document), impossible());
+    require(stylesheet.appendTo(document), notExportable());
     return document;
 }
 

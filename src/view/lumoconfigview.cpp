@@ -3,7 +3,6 @@
 
 #include "engine/limits.h"
 #include "registry/viewpaths.h"
-#include "report/error.h"
 
 #include <QtCore/QUrl>
 #include <QtCore/QVariant>
@@ -67,7 +66,7 @@ QXmlName LumoConfigView::name(const QXmlNodeModelIndex &node) const {
     const QString local = elementName(entry.toString());
     // the serialiser writes any other as it is, and what is read back is another document
     if (!QXmlName::isNCName(local))
-        throw Error(QStringLiteral("impossible to export the settings"));
+        throw notExportable();
     const auto made = makeName(namePool(), local);
     if (!made)
         throw tooManyNames();
