@@ -34,22 +34,20 @@ int lifeline() {
     return readingEnd;
 }
 
-struct FileActions {
-    FileActions() { posix_spawn_file_actions_init(&value); }
-    ~FileActions() { posix_spawn_file_actions_destroy(&value); }
-    FileActions(const FileActions &) = delete;
-    FileActions &operator=(const FileActions &) = delete;
+struct SpawnOptions {
+    SpawnOptions() {
+        posix_spawn_file_actions_init(&files);
+        posix_spawnattr_init(&attributes);
+    }
+    ~SpawnOptions() {
+        posix_spawnattr_destroy(&attributes);
+        posix_spawn_file_actions_destroy(&files);
+    }
+    SpawnOptions(const SpawnOptions &) = delete;
+    SpawnOptions &operator=(const SpawnOptions &) = delete;
 
-    posix_spawn_file_actions_t value = {};
-};
-
-struct Attributes {
-    Attributes() { posix_spawnattr_init(&value); }
-    ~Attributes() { posix_spawnattr_destroy(&value); }
-    Attributes(const Attributes &) = delete;
-    Attributes &operator=(const Attributes &) = delete;
-
-    posix_spawnattr_t value = {};
+    posix_spawn_file_actions_t files = {};
+    posix_spawnattr_t attributes = {};
 };
 
 /// The folder that this library was loaded from.
@@ -71,18 +69,17 @@ QByteArray serviceProgram() {
 /// Starts a service that is out of reach of the terminal's signals and has no hold on the pipe that the tool's caller
 /// reads. Its standard input is the lifeline.
 pid_t spawn(QByteArray program, QByteArray section, QByteArray trigger) {
-    FileActions files;
-    check(posix_spawn_file_actions_adddup2(&files.value, lifeline(), STDIN_FILENO));
-    check(posix_spawn_file_actions_addopen(&files.value, STDOUT_FILENO, "/dev/null", O_WRONLY, 0));
-    Attributes attributes;
-    check(posix_spawnattr_setflags(&attributes.value, POSIX_SPAWN_SETSID));
+    SpawnOptions options;
+    check(posix_spawn_file_actions_adddup2(&options.files, lifeline(), STDIN_FILENO));
+    check(posix_spawn_file_actions_addopen(&options.files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0));
+    check(posix_spawnattr_setflags(&options.attributes, POSIX_SPAWN_SETSID));
 
     // asked first, since an emulated process does not hear of a program that cannot be executed
     check(access(program.constData(), X_OK) == 0 ? 0 : errno);
     // not by fork, which copies the page tables of an import of a large document
     char *const arguments[] = {program.data(), section.data(), trigger.data(), nullptr};
     pid_t service = -1;
-    check(posix_spawn(&service, arguments[0], &files.value, &attributes.value, arguments, environ));
+    check(posix_spawn(&service, arguments[0], &options.files, &options.attributes, arguments, environ));
     return service;
 }
 
