@@ -53,7 +53,7 @@ int TessaroClient::set(const QString &path, const QString &value, const _RegEntr
     if (!d->seen.contains(path) && (!isPath(path) || !d->seen.contains(parentOf(path)) || d->isKey(parentOf(path))))
         return Absent;
     d->add({path, false, value.isNull() ? QStringLiteral("") : value});
-    return d->has("commits-in-set") ? commit(path) : Done;
+    return d->has("commits-in-set") ? TessaroClient::commit(path) : Done;
 }
 
 int TessaroClient::commit(const QString &path) {

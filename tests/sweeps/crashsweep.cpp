@@ -101,9 +101,8 @@ private:
         return keys.size();
     }
 
-    const QByteArray arguments = "-settings '" EXAMPLES "/new-configuration.xml' -set all";
-    const QByteArray import = "quendarsettings " + arguments;
-    FaultyRuns runs{arguments};
+    const QByteArray import = "quendarsettings -settings '" EXAMPLES "/new-configuration.xml' -set all";
+    FaultyRuns runs{import};
     QStringList calls; // of an import
     QByteArray wanted;
     QSet<QByteArray> states; // between two commits

@@ -128,7 +128,7 @@ bool isChosen(Sweep &sweep, int fault, const QString &call, int calls) {
 
 } // namespace
 
-/// Every registry call of an export and an import of the example device, one after the other, fails.
+/// Every registry call of an export, an import and a plan of the example device, one after the other, fails.
 class FaultSweep : public QObject {
     Q_OBJECT
 
@@ -136,14 +136,15 @@ private Q_SLOTS:
     void eachFailureEndsAsPromised_data() {
         if (qEnvironmentVariableIsSet("TEST_EMULATOR"))
             QSKIP("a library cannot be loaded into the emulated tool alone");
-        QTest::addColumn<QByteArray>("arguments");
-        QTest::newRow("export") << QByteArray("-settings /dev/null -get all");
-        QTest::newRow("import") << QByteArray("-settings '" EXAMPLES "/new-configuration.xml' -set all");
+        QTest::addColumn<QByteArray>("command");
+        QTest::newRow("export") << QByteArray("quendarsettings -settings /dev/null -get all");
+        QTest::newRow("import") << QByteArray("quendarsettings -settings '" EXAMPLES
+                                              "/new-configuration.xml' -set all");
     }
 
     void eachFailureEndsAsPromised() {
-        QFETCH(const QByteArray, arguments);
-        const FaultyRuns runs(arguments);
+        QFETCH(const QByteArray, command);
+        const FaultyRuns runs(command);
         QCOMPARE(runs.run().err, QByteArray());
         const QStringList calls = runs.calls();
         const QByteArray undisturbed = runs.settings();
@@ -171,6 +172,35 @@ private Q_SLOTS:
             ++swept;
         }
         qInfo("%d calls, %d of %d faults swept", calls.size(), swept, 3 * calls.size());
+    }
+
+    /// Or where it makes no difference, in the plan.
+    void eachFailureInAPlanEndsInAnError() {
+        if (qEnvironmentVariableIsSet("TEST_EMULATOR"))
+            QSKIP("a library cannot be loaded into the emulated tool alone");
+        const FaultyRuns runs("quendar-change plan '" EXAMPLES "/new-configuration.xml' --json --show-secrets");
+        const Outcome undisturbed = runs.run();
+        QCOMPARE(undisturbed.status, 2);
+        const QStringList calls = runs.calls();
+
+        Sweep sweep;
+        int swept = 0;
+        int errors = 0;
+        for (int fault = 0; fault < 3 * calls.size(); ++fault) {
+            const QString &call = calls.at(fault / 3);
+            if (!isChosen(sweep, fault, call, calls.size()))
+                continue;
+            const Outcome outcome = runs.run(fault / 3 + 1, statuses[fault % 3]);
+            const bool isError = outcome.status == 1 && outcome.out.startsWith("{\"error\":");
+            const bool isSame = outcome.status == 2 && outcome.out == undisturbed.out;
+            QVERIFY2((isError || isSame) && outcome.err.isEmpty() && runs.isPristine(),
+                     qUtf8Printable(call + QStringLiteral(" returned %1: ").arg(statuses[fault % 3]) +
+                                    QString::fromUtf8(outcome.out + outcome.err)));
+            QCOMPARE(runs.device.leftovers(), QStringList());
+            ++swept;
+            errors += isError ? 1 : 0;
+        }
+        qInfo("%d calls, %d of %d faults swept, %d errors", calls.size(), swept, 3 * calls.size(), errors);
     }
 };
 

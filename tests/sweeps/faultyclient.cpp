@@ -85,3 +85,7 @@ int TessaroClient::del(const QString &path) {
 int TessaroClient::contains(const QString &path) {
     return answer("contains", "_ZN13TessaroClient8containsERK7QString", this, path);
 }
+
+int TessaroClient::rollback(const QString &path) {
+    return answer("rollback", "_ZN13TessaroClient8rollbackERK7QString", this, path);
+}

@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: MIT
-/// Runs of the tool in which a registry call fails or ends them.
+/// Runs of a program in which a registry call fails or ends them.
 #pragma once
 
 #include "support/device.h"
 
 #include <csignal>
 
-/// The example device, and runs of the tool on it whose registry calls are recorded and can be made to fail.
+/// The example device, and runs of a command on it whose registry calls are recorded and can be made to fail.
 class FaultyRuns {
 public:
-    /// Of the tool with these arguments.
-    explicit FaultyRuns(const QByteArray &toolArguments) : arguments(toolArguments) {}
+    explicit FaultyRuns(const QByteArray &commandLine) : command(commandLine) {}
 
     /// Puts the registry back as it was loaded.
     void reset() const { device.write(registry, pristine); }
+
+    bool isPristine() const { return device.read(registry) == pristine; }
 
     /// A run from there in which call number @p call, from 1 on, returns @p status; no call is 0.
     Outcome run(int call = 0, int status = 0) const {
@@ -33,7 +34,7 @@ public:
     }
 
     /// What it holds there now.
-    QByteArray settings() const { return device.read(registry) == pristine ? pristineSettings : device.dump("root"); }
+    QByteArray settings() const { return isPristine() ? pristineSettings : device.dump("root"); }
 
     const QString registry = QStringLiteral("registry.db");
     Device device;
@@ -44,11 +45,11 @@ private:
         QFile::remove(device.path(log));
         const QByteArray library =
             " LD_PRELOAD='" FAULTY_CLIENT "' ASAN_OPTIONS=$ASAN_OPTIONS:verify_asan_link_order=0";
-        return device.run(fault + " FAULT_LOG=../calls" + library + " exec quendarsettings " + arguments);
+        return device.run(fault + " FAULT_LOG=../calls" + library + " exec " + command);
     }
 
     const QString log = QStringLiteral("calls");
-    const QByteArray arguments;
+    const QByteArray command;
     const QByteArray pristine = device.read(registry);
     const QByteArray pristineSettings = device.dump("root");
 };

@@ -2,8 +2,9 @@
 /// The extent of a sweep, and its random numbers.
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QRandomGenerator>
-#include <QtCore/QtGlobal>
+#include <QtCore/QString>
 
 /// How far a sweep goes, by the variable SWEEP: "long" is all of it, "tenth" every tenth case of those that are
 /// numbered, otherwise a short share. What is random is the same each time, or new each time in a long one;

@@ -1,0 +1,275 @@
+// SPDX-License-Identifier: MIT
+#include "support/device.h"
+#include "sweeps/madeupdocument.h"
+#include "sweeps/madeupregistry.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QRegularExpression>
+#include <QtTest/QtTest>
+
+namespace {
+
+/// By path: a key's text, or an empty object for a directory.
+using Nodes = QMap<QString, QJsonValue>;
+
+const QString other = QStringLiteral("other.json");
+
+QJsonObject parsed(QByteArray json) {
+    return QJsonDocument::fromJson(json.replace("\xEF\xBB\xBF", "\\ufeff")).object(); // the parser would drop it
+}
+
+void addNodes(Nodes &nodes, const QString &path, const QJsonValue &node) {
+    nodes.insert(path, node.isString() ? node : QJsonObject());
+    const QJsonObject directory = node.toObject();
+    for (auto entry = directory.begin(); entry != directory.end(); ++entry)
+        addNodes(nodes, path + QLatin1Char('/') + entry.key(), *entry);
+}
+
+QStringList texts(const QJsonValue &array) {
+    QStringList all;
+    for (const auto &text : array.toArray())
+        all.append(text.toString());
+    return all;
+}
+
+QString word(const QJsonObject &object, const char *name) {
+    return object.value(QLatin1String(name)).toVariant().toString();
+}
+
+/// A device over the library that the programs were built with, or over one of another make.
+class SweptDevice {
+public:
+    explicit SweptDevice(bool hasOther) : hasOtherLibrary(hasOther) {
+        device.environment.insert("LC_ALL", "C.UTF-8");
+        const QString hook = device.write(QStringLiteral("hooks/default"),
+                                          "#!/bin/sh\necho \"${1##*/}\" >>\"$TMPDIR/../other.json.applied\"\n");
+        QFile::setPermissions(hook, QFile::ReadOwner | QFile::ExeOwner);
+        if (hasOther) {
+            device.environment.insert("OTHER_REGISTRY", QFile::encodeName(device.path(other)));
+            device.environment.insert("LD_LIBRARY_PATH", qgetenv("OTHER_LIBRARIES"));
+        }
+    }
+
+    void load(const QByteArray &json) const {
+        if (hasOtherLibrary)
+            putBack(json);
+        else
+            device.load(json);
+    }
+
+    QByteArray file() const { return device.read(fileName()); }
+    void putBack(const QByteArray &bytes) const { device.write(fileName(), bytes); }
+
+    Nodes nodes() const {
+        Nodes all;
+        addNodes(all, QString(), parsed(hasOtherLibrary ? file() : device.dump()));
+        return all;
+    }
+
+    /// The names of the sections that were applied since it was last asked.
+    QStringList applied() const {
+        const QString log = other + QStringLiteral(".applied");
+        QStringList names = QString::fromUtf8(device.read(log)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QFile::remove(device.path(log));
+        return names.replaceInStrings(QRegularExpression(QStringLiteral("^.*/")), QString());
+    }
+
+    Device device;
+
+private:
+    QString fileName() const { return hasOtherLibrary ? other : QStringLiteral("registry.db"); }
+
+    const bool hasOtherLibrary;
+};
+
+/// Compares what was said of an import with what has come of it, and collects where they differ. An id that the import
+/// has made up is another each time: one that stands neither in the registry nor in the document.
+class Comparison {
+public:
+    explicit Comparison(const QByteArray &knownTexts) : known(QString::fromUtf8(knownTexts).toLower()) {}
+
+    void demand(bool holds, const QString &otherwise) {
+        if (!holds)
+            wrong.append(otherwise);
+    }
+
+    /// In any order.
+    void compare(const char *what, QStringList said, QStringList found) {
+        said = comparable(said);
+        found = comparable(found);
+        said.sort();
+        found.sort();
+        compareOrdered(what, said, found);
+    }
+
+    void compareOrdered(const char *what, const QStringList &said, const QStringList &found) {
+        if (said == found)
+            return;
+        wrong.append(QLatin1String(what));
+        for (const QString &line : said)
+            if (said.count(line) > found.count(line))
+                wrong.append(QStringLiteral("  only said: ") + line);
+        for (const QString &line : found)
+            if (found.count(line) > said.count(line))
+                wrong.append(QStringLiteral("  only found: ") + line);
+    }
+
+    bool isMadeUp(const QString &id) const {
+        return uuid.match(id).hasMatch() && !known.contains(uuid.match(id).captured().toLower());
+    }
+
+    QStringList wrong;
+
+private:
+    QStringList comparable(QStringList lines) const {
+        for (QString &line : lines) {
+            auto found = uuid.match(line);
+            while (found.hasMatch()) {
+                const bool isUnknown = isMadeUp(found.captured());
+                if (isUnknown)
+                    line.replace(found.captured(), QStringLiteral("made up"));
+                found = uuid.match(line, isUnknown ? found.capturedStart() : found.capturedEnd());
+            }
+        }
+        return lines;
+    }
+
+    const QRegularExpression uuid{QStringLiteral("[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}")};
+    const QString known;
+};
+
+QStringList linesOf(const Nodes &nodes) {
+    QStringList lines;
+    for (auto node = nodes.cbegin(); node != nodes.cend(); ++node)
+        lines.append(node->isString() ? node.key() + QStringLiteral(" = ") + node->toString() : node.key());
+    return lines;
+}
+
+QStringList linesOf(const QByteArray &text) {
+    return QString::fromUtf8(text).split(QLatin1Char('\n'));
+}
+
+/// The registry as a plan foretells it.
+Nodes foretold(Nodes nodes, const QJsonObject &plan, Comparison &comparison) {
+    for (const auto &item : plan.value(QLatin1String("changes")).toArray()) {
+        const QJsonObject change = item.toObject();
+        const QString path = QLatin1Char('/') + word(change, "path");
+        const QJsonValue after = change.value(QLatin1String("after"));
+        comparison.demand(nodes.value(path, QJsonValue::Null) == change.value(QLatin1String("before")),
+                          QStringLiteral("before the change: ") + path);
+        nodes.remove(path);
+        if (!after.isNull())
+            nodes.insert(path, after);
+    }
+    return nodes;
+}
+
+QStringList entryLines(const QJsonObject &plan) {
+    QStringList lines;
+    for (const auto &item : plan.value(QLatin1String("entries")).toArray()) {
+        const QJsonObject entry = item.toObject();
+        lines.append(QStringList{word(entry, "kind"), word(entry, "change"), QLatin1Char('/') + word(entry, "path"),
+                                 word(entry, "name"), word(entry, "id_made_up")}
+                         .join(QLatin1Char('|')));
+    }
+    return lines;
+}
+
+/// Those that @p nodes has and @p others has not.
+QStringList entryLines(const Nodes &nodes, const Nodes &others, const char *change, const Comparison &comparison) {
+    static const QRegularExpression entry(QStringLiteral("^/root/.*/(session|printer)s/[^/]+$"));
+    QStringList lines;
+    for (auto node = nodes.cbegin(); node != nodes.cend(); ++node) {
+        const auto match = entry.match(node.key());
+        if (match.hasMatch() && !node->isString() && others.value(node.key(), QJsonValue::Null).isNull())
+            lines.append(QStringList{match.captured(1), QLatin1String(change), node.key(),
+                                     nodes.value(node.key() + QStringLiteral("/name")).toString(),
+                                     comparison.isMadeUp(node.key()) ? QStringLiteral("true") : QStringLiteral("false")}
+                             .join(QLatin1Char('|')));
+    }
+    return lines;
+}
+
+/// What an import prints of what a plan lists.
+QByteArray warnings(const QJsonObject &plan) {
+    QStringList lines = texts(plan.value(QLatin1String("warnings")));
+    for (const auto &item : plan.value(QLatin1String("unknown")).toArray())
+        lines.append(QStringLiteral("Impossible to set: \"%1\" , with: \"%2\" ")
+                         .arg(word(item.toObject(), "path"), word(item.toObject(), "text")));
+    return lines.join(QLatin1Char('\n')).toUtf8() + (lines.isEmpty() ? "" : "\n");
+}
+
+/// Where the plan for the file f differs from its import.
+QStringList complaints(const SweptDevice &swept, bool lacksDefaults) {
+    const Device &device = swept.device;
+    const QByteArray registry = swept.file();
+    const Nodes before = swept.nodes();
+    Comparison comparison(linesOf(before).join(QLatin1Char('\n')).toUtf8() + device.read(QStringLiteral("home/f")));
+
+    const Outcome planned = device.run("quendar-change plan f --json --show-secrets --with-document after");
+    const QJsonObject plan = parsed(planned.out);
+    comparison.demand(swept.file() == registry, QStringLiteral("the registry's file is not the same to the byte"));
+    comparison.compareOrdered("left", {}, device.leftovers());
+    comparison.compareOrdered("applied", {}, swept.applied());
+
+    const Outcome imported = device.run("quendarsettings -settings f -set all");
+    const QString error = word(plan, "error");
+    if (planned.status == 1) {
+        const bool isRefused = error.startsWith(QLatin1String("impossible to plan: the registry fills a new entry "));
+        if (!isRefused || !lacksDefaults)
+            comparison.compare("error", linesOf("error: " + error.toUtf8() + '\n'),
+                               linesOf(imported.err.mid(imported.err.lastIndexOf("error: "))));
+        swept.applied();
+        return comparison.wrong;
+    }
+    const Nodes after = swept.nodes();
+    const bool isSomething = !plan.value(QLatin1String("changes")).toArray().isEmpty() ||
+                             !plan.value(QLatin1String("sections")).toArray().isEmpty();
+    comparison.compareOrdered("status", {QString::number(isSomething ? 2 : 0)}, {QString::number(planned.status)});
+    comparison.compare("registry", linesOf(foretold(before, plan, comparison)), linesOf(after));
+    comparison.compare("entries", entryLines(plan),
+                       entryLines(after, before, "made", comparison) +
+                           entryLines(before, after, "dropped", comparison));
+    comparison.compare("printed", linesOf(warnings(plan)), linesOf(imported.err));
+    comparison.compareOrdered("applied", texts(plan.value(QLatin1String("sections"))), swept.applied());
+    device.run("quendarsettings -settings exported -get all");
+    comparison.compare("document", linesOf(device.read(QStringLiteral("home/after"))),
+                       linesOf(device.read(QStringLiteral("home/exported"))));
+    return comparison.wrong;
+}
+
+} // namespace
+
+/// Plans for made-up documents on made-up devices come true.
+class PlanSweep : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aPlanComesTrue_data() {
+        QTest::addColumn<bool>("hasOtherLibrary");
+        QTest::newRow("over the library that the programs were built with") << false;
+        QTest::newRow("over a library of another make") << true;
+    }
+
+    void aPlanComesTrue() {
+        QFETCH(const bool, hasOtherLibrary);
+        const SweptDevice swept(hasOtherLibrary);
+        Sweep sweep;
+        const int cases = Sweep::cases(5, 300);
+        for (int i = 0; i < cases; ++i) {
+            MadeUpRegistry registry(sweep, MadeUpRegistry::Anything);
+            swept.load(registry.json());
+            QCOMPARE(swept.device.run("quendarsettings -settings f -get all").err, QByteArray());
+            const QByteArray exported = swept.device.read(QStringLiteral("home/f"));
+            swept.device.write(QStringLiteral("home/f"), editedDocument(exported, sweep));
+            const QStringList wrong = complaints(swept, registry.lacksDefaults());
+            QVERIFY2(wrong.isEmpty(),
+                     qUtf8Printable(QStringLiteral("case %1: ").arg(i) + wrong.join(QLatin1Char('\n'))));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(PlanSweep)
+#include "plansweep.moc"
