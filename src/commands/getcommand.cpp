@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/getcommand.h"
 
-#include "commands/settingsfile.h"
+#include "commands/category.h"
+#include "document/documentfile.h"
 #include "stages/exportsettings.h"
 
 namespace quendar {

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "commands/setcommand.h"
 
-#include "commands/settingsfile.h"
+#include "commands/category.h"
 #include "document/document.h"
+#include "document/documentfile.h"
 #include "modifier/documentreader.h"
 #include "modifier/lumoconfigviewmodifier.h"
 #include "registry/viewpaths.h"

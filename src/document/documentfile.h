@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// How the commands open and write the settings file.
+/// The files that documents are read from and written to.
 #pragma once
 
 #include <QtCore/QByteArray>
@@ -18,7 +18,8 @@ void openForImport(QFile &file);
 /// Writes all of @p document to @p device, through to the system where that is a file. Throws Error naming the file.
 void writeDocument(QIODevice &device, const QByteArray &document);
 
-/// Throws Error for any category of settings but "all".
-void requireSupportedCategory(const QString &category);
+/// Puts @p document at @p path, in the place of what a regular file there holds: whole, or not at all. A device or a
+/// pipe is written to. A file that this makes is readable by its owner only. Throws Error.
+void replaceDocument(const QString &path, const QByteArray &document);
 
 } // namespace quendar

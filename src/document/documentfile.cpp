@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "commands/settingsfile.h"
+#include "document/documentfile.h"
 
 #include "report/error.h"
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QSaveFile>
 
 #include <sys/stat.h>
 
@@ -23,8 +24,12 @@ private:
     const mode_t before;
 };
 
-Error cannotOpen(const QFile &file) {
-    return Error(QStringLiteral("impossible to open file: %1").arg(file.fileName()));
+Error cannotOpen(const QString &path) {
+    return Error(QStringLiteral("impossible to open file: %1").arg(path));
+}
+
+Error cannotWrite(const QString &path) {
+    return Error(QStringLiteral("impossible to write file: %1").arg(path));
 }
 
 } // namespace
@@ -32,24 +37,33 @@ Error cannotOpen(const QFile &file) {
 void openForExport(QFile &file) {
     const PrivateFileMode mode;
     if (!file.open(QIODevice::WriteOnly))
-        throw cannotOpen(file);
+        throw cannotOpen(file.fileName());
 }
 
 void openForImport(QFile &file) {
     if (!QFileInfo(file.fileName()).isFile() || !file.open(QIODevice::ReadOnly))
-        throw cannotOpen(file);
+        throw cannotOpen(file.fileName());
 }
 
 void writeDocument(QIODevice &device, const QByteArray &document) {
     auto *const file = qobject_cast<QFile *>(&device);
     const bool isWritten = device.write(document) == document.size() && (!file || file->flush());
-    if (!isWritten)
-        throw Error(QStringLiteral("impossible to write file: %1").arg(file ? file->fileName() : QString()));
+    require(isWritten, cannotWrite(file ? file->fileName() : QString()));
 }
 
-void requireSupportedCategory(const QString &category) {
-    if (category != QLatin1String("all"))
-        throw Error(QStringLiteral("unsupported setting category: %1").arg(category));
+void replaceDocument(const QString &path, const QByteArray &document) {
+    const QFileInfo target(path);
+    if (target.exists() && !target.isFile()) {
+        QFile device(path);
+        openForExport(device);
+        writeDocument(device, document);
+        return;
+    }
+    const PrivateFileMode mode;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        throw cannotOpen(path);
+    require(file.write(document) == document.size() && file.commit(), cannotWrite(path));
 }
 
 } // namespace quendar

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+/// What the commands print with `--json`.
+#pragma once
+
+#include "change/masking.h"
+#include "planning/importplan.h"
+
+#include <QtCore/QByteArray>
+
+namespace quendar {
+
+// Each is one object on one line, in UTF-8; docs/change.schema.json describes them.
+
+QByteArray errorJson(const QString &message);
+QByteArray planJson(const ImportPlan &plan, const Masking &masking);
+
+} // namespace quendar

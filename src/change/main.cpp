@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "change/commandline.h"
+#include "change/exitstatus.h"
+#include "change/json.h"
+#include "change/plancommand.h"
+#include "change/standardstreams.h"
+#include "engine/application.h"
+#include "report/error.h"
+
+#include <cstdio>
+
+using namespace quendar;
+
+namespace {
+
+void printError(const QString &message) {
+    std::fprintf(stderr, "error: %s\n", message.toLocal8Bit().constData());
+}
+
+int run(const CommandLine &commandLine) {
+    if (commandLine.command == QLatin1String("plan"))
+        return runPlan(commandLine);
+    throw Error(QStringLiteral("unexpected command: ") + commandLine.command);
+}
+
+/// Says why a command could not be done, as its options demand.
+int fail(const CommandLine &commandLine, const Error &reason) {
+    try {
+        if (commandLine.isJson)
+            print(errorJson(reason.message()));
+        else
+            printError(reason.message());
+    } catch (const Error &error) {
+        printError(error.message());
+    }
+    return exitstatus::failed;
+}
+
+int runCommand(const CommandLine &commandLine) {
+    try {
+        return run(commandLine);
+    } catch (const Error &error) {
+        return fail(commandLine, error);
+    }
+}
+
+int answer(const Answer &answered) {
+    if (answered.status == exitstatus::done)
+        std::fputs(qUtf8Printable(answered.text), stdout);
+    else
+        std::fputs(answered.text.toLocal8Bit().constData(), stderr);
+    return answered.status;
+}
+
+} // namespace
+
+int main(int argc, char *argv[]) {
+    secureStandardStreams();
+    Application application(argc, argv);
+    const auto commandLine = readCommandLine(QCoreApplication::arguments());
+    const auto *const answered = std::get_if<Answer>(&commandLine);
+    application.end(answered ? answer(*answered) : runCommand(std::get<CommandLine>(commandLine)));
+}

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+#include "change/plantext.h"
+
+#include "change/readable.h"
+#include "planning/places.h"
+#include "registry/viewkey.h"
+
+#include <QtCore/QSet>
+
+namespace quendar {
+
+namespace {
+
+/// Lines of a section that are shown; a screen has some more.
+constexpr int maximumLines = 20;
+
+/// Labels are filled up to the longest of their section, but not beyond this.
+constexpr int maximumColumn = 44;
+
+/// One change of a section.
+struct Line {
+    char mark;
+    QString label;
+    QString detail;
+};
+
+using Sections = QMap<QString, QVector<Line>>;
+
+/// Terminal sequences, or nothing.
+class Colours {
+public:
+    explicit Colours(bool areUsed) : used(areUsed) {}
+
+    QString bold(const QString &text) const { return painted(text, "1"); }
+    QString marked(char mark, const QString &text) const {
+        return painted(text, mark == '+' ? "32" : mark == '-' ? "31" : mark == '~' ? "33" : "35");
+    }
+
+private:
+    QString painted(const QString &text, const char *code) const {
+        return used ? QStringLiteral("\x1b[%1m%2\x1b[0m").arg(QLatin1String(code), text) : text;
+    }
+
+    const bool used;
+};
+
+/// Makes the lines of a plan.
+class PlanLines {
+public:
+    PlanLines(const ImportPlan &source, const Masking &mask) : plan(source), masking(mask) {
+        for (const EntryChange &entry : plan.entries)
+            wholeEntries.insert(entry.path);
+    }
+
+    Sections bySection() const {
+        Sections sections;
+        for (const EntryChange &entry : plan.entries)
+            sections[sectionOf(entry.path)].append(entryLine(entry));
+        for (auto change = plan.changes.byPath().cbegin(); change != plan.changes.byPath().cend(); ++change)
+            if (!wholeEntries.contains(entryOf(change.key())))
+                sections[sectionOf(change.key())].append(changeLine(change.key(), *change));
+        for (const Warning &setting : plan.unknown)
+            sections[sectionOf(setting.path)].append(
+                {'?', labelOf(setting.path),
+                 shownText(setting.path, setting.value) + QStringLiteral(", not known here")});
+        return sections;
+    }
+
+private:
+    Line entryLine(const EntryChange &entry) const {
+        const bool isMade = entry.what == EntryChange::Made;
+        const QString id = nameIn(entry.path).toString();
+        return {isMade ? '+' : '-', entryLabel(entry.path, entry.name),
+                entry.isIdMadeUp ? QStringLiteral("an id that the import makes up") : readable(id)};
+    }
+
+    Line changeLine(const QString &path, const Change &change) const {
+        const Change shown = masking.shown(path, change);
+        const QString before = shownNode(path, shown.before);
+        const QString after = shownNode(path, shown.after);
+        if (change.before.isAbsent())
+            return {'+', labelOf(path), after};
+        if (change.after.isAbsent())
+            return {'-', labelOf(path), before};
+        return {'~', labelOf(path), before + QStringLiteral(" → ") + after};
+    }
+
+    QString shownNode(const QString &path, const Node &shown) const {
+        if (shown.isKey())
+            return masking.hides(path) ? shown.text : quoted(shown.text);
+        return shown.isDirectory() ? QStringLiteral("(directory)") : QString();
+    }
+
+    QString shownText(const QString &path, const QString &text) const {
+        return masking.hides(path) ? masking.shown(path, text) : quoted(text);
+    }
+
+    /// What a path is called below its section.
+    QString labelOf(const QString &path) const {
+        const QString entry = entryOf(path);
+        if (!entry.isEmpty()) {
+            const QString within = path.mid(entry.size() + 1);
+            return entryLabel(entry, plan.entryNames.value(entry)) +
+                   (within.isEmpty() ? within : QLatin1Char(' ') + readable(within));
+        }
+        const QString below = path.section(QLatin1Char('/'), 3);
+        return below.isEmpty() ? QStringLiteral("(the section itself)") : readable(below);
+    }
+
+    QString entryLabel(const QString &entry, const QString &name) const {
+        const QString kind = isInPrinter(entry) ? QStringLiteral("printer ") : QStringLiteral("session ");
+        return kind + (name.isEmpty() ? readable(nameIn(entry).toString()) : shownText(nameKeyOf(entry), name));
+    }
+
+    const ImportPlan &plan;
+    const Masking &masking;
+    QSet<QString> wholeEntries;
+};
+
+QString sectionText(const QString &name, const QVector<Line> &lines, const Colours &colours) {
+    const int shown = qMin(lines.size(), maximumLines);
+    int column = 0;
+    for (const Line &line : lines.mid(0, shown))
+        column = qMax(column, qMin(line.label.size(), maximumColumn));
+
+    QString text = colours.bold(readable(name)) + QLatin1Char('\n');
+    for (const Line &line : lines.mid(0, shown)) {
+        const QString written = QStringLiteral("  %1 ").arg(QLatin1Char(line.mark)) + line.label.leftJustified(column);
+        text += colours.marked(line.mark, written) + QStringLiteral("  ") + line.detail + QLatin1Char('\n');
+    }
+    if (lines.size() > shown)
+        text += QStringLiteral("  … and %1 more\n").arg(lines.size() - shown);
+    return text + QLatin1Char('\n');
+}
+
+QString counted(int number, const QString &what) {
+    return number == 0 ? QString() : QStringLiteral(", %1 %2").arg(QString::number(number), what);
+}
+
+/// How many settings there are of each kind.
+QString totals(const ImportPlan &plan) {
+    int changed = 0;
+    int made = 0;
+    int deleted = 0;
+    for (const Change &change : plan.changes.byPath())
+        if (change.before.isKey() && change.after.isKey())
+            ++changed;
+        else if (change.after.isKey())
+            ++made;
+        else if (change.before.isKey())
+            ++deleted;
+    return QStringLiteral("Settings: ") +
+           (counted(changed, QStringLiteral("changed")) + counted(made, QStringLiteral("made")) +
+            counted(deleted, QStringLiteral("deleted")) +
+            counted(plan.unknown.size(), QStringLiteral("not known here")))
+               .mid(2) +
+           QLatin1Char('\n');
+}
+
+} // namespace
+
+QByteArray planText(const ImportPlan &plan, const Masking &masking, bool isColoured) {
+    const Colours colours(isColoured);
+    QString text;
+    const Sections sections = PlanLines(plan, masking).bySection();
+    for (auto section = sections.cbegin(); section != sections.cend(); ++section)
+        text += sectionText(section.key(), *section, colours);
+    for (const Warning &warning : plan.warnings)
+        text += readable(lineOf(warning).trimmed()) + QLatin1Char('\n');
+    if (!sections.isEmpty())
+        text += totals(plan);
+    if (!plan.sections.isEmpty())
+        text += QStringLiteral("Will be applied, in this order: ") + plan.sections.join(QStringLiteral(", ")) +
+                QLatin1Char('\n');
+    return (plan.isEmpty() ? text + QStringLiteral("Nothing to do\n") : text).toUtf8();
+}
+
+} // namespace quendar

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#include "planning/changeset.h"
+
+namespace quendar {
+
+void ChangeSet::record(const QString &path, const Node &before, const Node &after) {
+    const auto known = changes.find(path);
+    const Node original = known == changes.end() ? before : known->before;
+    if (original != after)
+        changes.insert(path, {original, after});
+    else if (known != changes.end())
+        changes.erase(known);
+}
+
+} // namespace quendar

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "planning/foresight.h"
+
+#include "registry/childrencache.h"
+#include "registry/viewkey.h"
+#include "report/error.h"
+
+namespace quendar {
+
+namespace {
+
+Error impossible(const QString &reason, const QString &path) {
+    return Error(QStringLiteral("impossible to plan: ") + reason + QStringLiteral(": ") + path);
+}
+
+/// Looks at what directories list, each of which is read once.
+class Listings {
+public:
+    explicit Listings(TessaroClient &owner) : client(owner) {}
+
+    bool contain(const QString &path) { return readChildren(client, cache, parentIn(path).toString()).contains(path); }
+
+private:
+    TessaroClient &client;
+    ChildrenCache cache;
+};
+
+void requireUnseen(TessaroClient &other, const QString &path, const Change &change) {
+    const Node seen = readNode(other, path);
+    if (seen == change.before)
+        return;
+    if (seen == change.after)
+        throw impossible(QStringLiteral("the registry has committed what is pending, or another import runs"), path);
+    throw impossible(QStringLiteral("it is being changed by somebody else"), path);
+}
+
+} // namespace
+
+void requireForesight(TessaroClient &planner, const ChangeSet &changes) {
+    Listings listings(planner);
+    TessaroClient other;
+    for (auto change = changes.byPath().cbegin(); change != changes.byPath().cend(); ++change) {
+        const QString &path = change.key();
+        requireUnseen(other, path, *change);
+        if (readNode(planner, path) != change->after || listings.contain(path) == change->after.isAbsent())
+            throw impossible(QStringLiteral("the registry does not show what is pending"), path);
+    }
+}
+
+void requireUnknown(TessaroClient &planner, const QString &path) {
+    if (!readNode(planner, path).isAbsent())
+        throw impossible(QStringLiteral("the registry does not say the same twice"), path);
+}
+
+} // namespace quendar

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "planning/importplan.h"
+
+#include "modifier/documentreader.h"
+#include "modifier/lumoconfigviewmodifier.h"
+#include "planning/foresight.h"
+#include "planning/places.h"
+#include "planning/planningclient.h"
+#include "stages/changedsections.h"
+#include "stages/exportsettings.h"
+#include "stages/roomcheck.h"
+
+namespace quendar {
+
+namespace {
+
+QVector<EntryChange> entryChanges(const ChangeSet &changes, const QSet<QString> &named) {
+    QVector<EntryChange> entries;
+    for (auto change = changes.byPath().cbegin(); change != changes.byPath().cend(); ++change) {
+        const QString &path = change.key();
+        const bool isMade = change->before.isAbsent() && change->after.isDirectory();
+        const bool isDropped = change->before.isDirectory() && change->after.isAbsent();
+        if (entryOf(path) != path || (!isMade && !isDropped))
+            continue;
+        const Change name = changes.byPath().value(nameKeyOf(path));
+        entries.append({path, isInPrinter(path) ? EntryChange::Printer : EntryChange::Session,
+                        isMade ? EntryChange::Made : EntryChange::Dropped, (isMade ? name.after : name.before).text,
+                        isMade && !named.contains(path)});
+    }
+    return entries;
+}
+
+/// The names of the sessions and printers in which something changes, by their paths.
+QMap<QString, QString> changedEntries(const ChangeSet &changes, TessaroClient &client) {
+    QMap<QString, QString> names;
+    const QList<QString> paths = changes.byPath().keys();
+    for (const QString &path : paths) {
+        const QString entry = entryOf(path);
+        if (!entry.isEmpty() && !names.contains(entry))
+            names.insert(entry, readNode(client, nameKeyOf(entry)).text);
+    }
+    return names;
+}
+
+} // namespace
+
+ImportPlan planImport(const Document &document, PlanningClient &client) {
+    ImportPlan plan;
+    const ExportedSettings current = exportSettings(client);
+    plan.current = current.document;
+    plan.sections = changedSections(document, current.document);
+    requireRoom(document, current);
+
+    LumoConfigViewModifier applier(client, [&](const Warning &warning) {
+        const bool isUnknown = warning.kind == Warning::NotSet;
+        if (isUnknown)
+            requireUnknown(client, warning.path);
+        (isUnknown ? plan.unknown : plan.warnings).append(warning);
+    });
+    applyDocument(document.text, applier);
+
+    plan.changes = client.settle();
+    requireForesight(client, plan.changes);
+    plan.entries = entryChanges(plan.changes, document.contents.entries);
+    plan.entryNames = changedEntries(plan.changes, client);
+    return plan;
+}
+
+} // namespace quendar

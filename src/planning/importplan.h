@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+/// What an import would do.
+#pragma once
+
+#include "document/document.h"
+#include "planning/changeset.h"
+#include "report/warning.h"
+
+#include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+namespace quendar {
+
+class PlanningClient;
+
+/// A session or a printer, whose directory is made or dropped as a whole.
+struct EntryChange {
+    enum Kind { Session, Printer };
+    enum What { Made, Dropped };
+
+    QString path;
+    Kind kind;
+    What what;
+    QString name;
+    bool isIdMadeUp; ///< the document gives none: each import makes up another
+};
+
+struct ImportPlan {
+    QByteArray current;                ///< the document of the settings before
+    ChangeSet changes;                 ///< what would differ in the registry
+    QVector<EntryChange> entries;      ///< in the order of their paths
+    QMap<QString, QString> entryNames; ///< by path, of all sessions and printers in which something changes
+    QVector<Warning> unknown;          ///< settings that the device does not have: path and text
+    QVector<Warning> warnings;         ///< what else would not be done
+    QStringList sections;              ///< those to be applied, in order; one may be there twice
+
+    /// Whether nothing would be written nor applied.
+    bool isEmpty() const { return changes.byPath().isEmpty() && sections.isEmpty(); }
+};
+
+/// What an import of @p document would do, found out by the applier itself through @p client, which then shows the
+/// registry as it would be. Throws what the import would throw, and Error where the registry's library does not keep
+/// pending changes as the plan needs it, or somebody else writes what the plan is about.
+ImportPlan planImport(const Document &document, PlanningClient &client);
+
+} // namespace quendar

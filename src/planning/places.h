@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+/// Where a path lies among the settings.
+#pragma once
+
+#include <QtCore/QString>
+
+namespace quendar {
+
+/// The name of the section that @p path lies in; empty for a path outside of the settings.
+QString sectionOf(const QString &path);
+
+/// The path of the session or printer that @p path lies in, which may be the path itself; empty where it lies in none.
+QString entryOf(const QString &path);
+
+/// Whether what stands at @p path is a printer or lies in one, rather than in a session.
+bool isInPrinter(const QString &path);
+
+/// The path of the key that holds the name of the session or printer at @p entry.
+QString nameKeyOf(const QString &entry);
+
+} // namespace quendar

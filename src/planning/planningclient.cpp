@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "planning/planningclient.h"
+
+#include "registry/viewkey.h"
+#include "report/error.h"
+
+#include <QtCore/QUuid>
+
+#include <algorithm>
+#include <vector>
+
+namespace quendar {
+
+namespace {
+
+/// Whether the directory for which @p entry is made stood there before: what is missing begins at @p topmostMissing.
+bool isInKnownSection(const ViewKey &entry, const QString &topmostMissing) {
+    return topmostMissing.size() > entry.parent().parent().size();
+}
+
+Error hidesPending(const QString &path) {
+    return Error(QStringLiteral("impossible to plan: the registry does not show what is pending: ") + path);
+}
+
+Error noDefaults(const QString &path) {
+    return Error(QStringLiteral("impossible to plan: the registry fills a new entry with no settings: ") + path);
+}
+
+} // namespace
+
+int PlanningClient::set(const QString &path, const QString &value, const _RegEntryParam &param) {
+    const Node now = readNode(*this, path);
+    const Node wanted = {Node::Key, value};
+    if (now == wanted)
+        return 0;
+    // A pending directory may become a key, one that was committed may not: the directory above answers as it would.
+    const bool isRefused = now.isDirectory() && isCommittedDirectory(path);
+    const int status = TessaroClient::set(isRefused ? ViewKey(path).parent() : path, value, param);
+    if (status == 0) {
+        changes.record(path, now, wanted);
+        remember(Operation::Set, path, value);
+    }
+    return status;
+}
+
+int PlanningClient::commit(const QString &path) {
+    const auto cover = [this](auto first, auto last) {
+        std::for_each(first, last, [this](const auto &entry) { operations[entry.second].isCommitted = true; });
+        uncommitted.erase(first, last);
+    };
+    cover(uncommitted.lower_bound(path), uncommitted.upper_bound(path));
+    // "0" follows "/"
+    cover(uncommitted.lower_bound(path + QLatin1Char('/')), uncommitted.lower_bound(path + QLatin1Char('0')));
+    return 0;
+}
+
+int PlanningClient::requestApply(const QString & /*section*/, const QString & /*trigger*/) {
+    return 1;
+}
+
+int PlanningClient::create(const QString &path, const _RegEntryType &type) {
+    ViewKey topmost;
+    for (ViewKey at = path; !at.isEmpty() && readNode(*this, at).isAbsent(); at = at.parent())
+        topmost = at;
+    const int status = TessaroClient::create(path, type);
+    if (status != 0 || topmost.isEmpty())
+        return status;
+
+    QStringList made;
+    visitNodes(*this, topmost, [&](const QString &visited, const Node &node) {
+        changes.record(visited, {}, node);
+        made.append(visited);
+    });
+    require(made.contains(path), hidesPending(path));
+    // A library that fills entries only when they are committed would have all their settings shown as unknown.
+    const bool isEntry = !QUuid(nameIn(path).toString()).isNull();
+    require(!isEntry || !isInKnownSection(path, topmost) || made.last() != path, noDefaults(path));
+    remember(Operation::Create, path);
+    return status;
+}
+
+int PlanningClient::del(const QString &path) {
+    std::vector<std::pair<QString, Node>> standing;
+    visitNodes(*this, path, [&](const QString &visited, const Node &node) { standing.emplace_back(visited, node); });
+    const int status = TessaroClient::del(path);
+    if (status == 0) {
+        for (const auto &[deleted, node] : standing)
+            changes.record(deleted, node, {});
+        remember(Operation::Delete, path);
+    }
+    return status;
+}
+
+const ChangeSet &PlanningClient::settle() {
+    if (!uncommitted.empty()) {
+        rollback(QString());
+        const QVector<Operation> all = std::exchange(operations, {});
+        uncommitted.clear();
+        changes = {};
+        for (const Operation &operation : all)
+            if (operation.isCommitted)
+                repeat(operation);
+    }
+    return changes;
+}
+
+void PlanningClient::remember(Operation::Kind kind, const QString &path, const QString &value) {
+    uncommitted.emplace(path, operations.size());
+    operations.append({kind, path, value, false});
+}
+
+/// Whether the directory at @p path, which is empty, was made and then committed.
+bool PlanningClient::isCommittedDirectory(const QString &path) const {
+    for (auto operation = operations.crbegin(); operation != operations.crend(); ++operation) {
+        if (operation->kind == Operation::Delete && ViewKey(operation->path).covers(path))
+            return false;
+        if (operation->kind == Operation::Create && operation->isCommitted && ViewKey(path).covers(operation->path))
+            return true;
+    }
+    return false;
+}
+
+void PlanningClient::repeat(const Operation &operation) {
+    int status = 0;
+    switch (operation.kind) {
+    case Operation::Set:
+        status = set(operation.path, operation.value, RegParamValue);
+        break;
+    case Operation::Create:
+        status = create(operation.path, RegTypeString);
+        break;
+    case Operation::Delete:
+        status = del(operation.path);
+        break;
+    }
+    if (status != 0)
+        throw TessaroError(operation.path, status);
+    commit(operation.path);
+}
+
+} // namespace quendar

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+/// A registry client that commits nothing.
+#pragma once
+
+#include "planning/changeset.h"
+
+#include <tessaroclient.h>
+
+#include <QtCore/QVector>
+
+#include <map>
+
+namespace quendar {
+
+/// Takes the calls of an import as any client does, but leaves everything pending: a commit is only remembered. So who
+/// writes through it and reads again sees the registry as an import would leave it, nobody else sees anything, and when
+/// it is destroyed nothing has happened. What differs by then is a `ChangeSet`.
+///
+/// It cannot work on a registry library that does not keep pending changes as the interface demands. What it notices of
+/// that, it throws as Error; a registry that fails to list is a TessaroError.
+class PlanningClient : public TessaroClient {
+public:
+    /// The text that stands at @p path already is neither set nor remembered.
+    int set(const QString &path, const QString &value, const _RegEntryParam &param) override;
+
+    int commit(const QString &path) override;
+
+    /// Nothing is applied: always refused.
+    int requestApply(const QString &section, const QString &trigger) override;
+
+    int create(const QString &path, const _RegEntryType &type) override;
+    int del(const QString &path) override;
+
+    /// Drops what no commit has covered, so that only what an import would leave is seen, and returns what that has
+    /// changed.
+    const ChangeSet &settle();
+
+private:
+    struct Operation {
+        enum Kind { Set, Create, Delete };
+        Kind kind;
+        QString path;
+        QString value; // of a Set
+        bool isCommitted;
+    };
+
+    void remember(Operation::Kind kind, const QString &path, const QString &value = {});
+    bool isCommittedDirectory(const QString &path) const;
+    void repeat(const Operation &operation);
+
+    ChangeSet changes;
+    QVector<Operation> operations;           // those that changed something
+    std::multimap<QString, int> uncommitted; // positions in `operations`, by path
+};
+
+} // namespace quendar
