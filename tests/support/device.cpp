@@ -17,7 +17,7 @@ Device::Device(const QString &json) {
     qunsetenv("DISPLAY");
     for (const char *const name : {"bin", "hooks", "home", "tmp"})
         QDir(folder.path()).mkdir(QLatin1String(name));
-    for (const char *const program : {TOOL_PROGRAM, TESSARO_PROGRAM, APPLY_PROGRAM})
+    for (const char *const program : {TOOL_PROGRAM, CHANGE_PROGRAM, TESSARO_PROGRAM, APPLY_PROGRAM})
         addProgram(QFile::decodeName(program));
     const QByteArray here = QFile::encodeName(folder.path());
     environment = {{"PATH", TEST_PROGRAMS ":" + here + "/bin:" + qgetenv("PATH")},
