@@ -141,7 +141,14 @@ private:
         const QDomElement place = any(isDirectory);
         place.parentNode().insertAfter(nested, place);
     }
-    void renameRoot() { root().setTagName(QStringLiteral("config")); }
+    /// To that of a section, whose contents take its place: what they set is in no root element, and is dropped.
+    void renameRoot() {
+        const QDomElement section = any(isSection);
+        if (sweep.chance(30) || section.isNull())
+            root().setTagName(QStringLiteral("config"));
+        else
+            dom.replaceChild(section.cloneNode(), root());
+    }
     void addNamespace() { root().setAttribute(QStringLiteral("xmlns"), QStringLiteral("urn:x")); }
     void putTextInto() { any(isDirectory).appendChild(dom.createTextNode(madeUpText(sweep))); }
     /// As the registry's paths have it.

@@ -201,8 +201,8 @@ QByteArray warnings(const QJsonObject &plan) {
     return lines.join(QLatin1Char('\n')).toUtf8() + (lines.isEmpty() ? "" : "\n");
 }
 
-/// Where the plan for the file f differs from its import.
-QStringList complaints(const SweptDevice &swept, bool lacksDefaults) {
+/// Where the plan for the file f differs from its import. Counts the plan by its exit status.
+QStringList complaints(const SweptDevice &swept, bool lacksDefaults, QMap<int, int> &counts) {
     const Device &device = swept.device;
     const QByteArray registry = swept.file();
     const Nodes before = swept.nodes();
@@ -214,6 +214,7 @@ QStringList complaints(const SweptDevice &swept, bool lacksDefaults) {
     comparison.compareOrdered("left", {}, device.leftovers());
     comparison.compareOrdered("applied", {}, swept.applied());
 
+    ++counts[planned.status];
     const Outcome imported = device.run("quendarsettings -settings f -set all");
     const QString error = word(plan, "error");
     if (planned.status == 1) {
@@ -257,17 +258,20 @@ private Q_SLOTS:
         QFETCH(const bool, hasOtherLibrary);
         const SweptDevice swept(hasOtherLibrary);
         Sweep sweep;
-        const int cases = Sweep::cases(5, 300);
+        const int cases = Sweep::cases(10, 300);
+        QMap<int, int> counts;
         for (int i = 0; i < cases; ++i) {
             MadeUpRegistry registry(sweep, MadeUpRegistry::Anything);
             swept.load(registry.json());
             QCOMPARE(swept.device.run("quendarsettings -settings f -get all").err, QByteArray());
             const QByteArray exported = swept.device.read(QStringLiteral("home/f"));
             swept.device.write(QStringLiteral("home/f"), editedDocument(exported, sweep));
-            const QStringList wrong = complaints(swept, registry.lacksDefaults());
+            const QStringList wrong = complaints(swept, registry.lacksDefaults(), counts);
             QVERIFY2(wrong.isEmpty(),
                      qUtf8Printable(QStringLiteral("case %1: ").arg(i) + wrong.join(QLatin1Char('\n'))));
         }
+        qInfo("%d plans: %d of changes, %d of none, %d errors", cases, counts.value(2), counts.value(0),
+              counts.value(1));
     }
 };
 
