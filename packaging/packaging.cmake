@@ -53,6 +53,7 @@ endfunction()
 
 if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
   find_libraries_from(quendarsettings ${CMAKE_INSTALL_FULL_BINDIR})
+  find_libraries_from(quendar-change ${CMAKE_INSTALL_FULL_BINDIR})
   if(TESSARO STREQUAL "standin")
     find_libraries_from(tessaro ${CMAKE_INSTALL_FULL_LIBDIR})
     find_libraries_from(tessaroclient ${CMAKE_INSTALL_FULL_LIBDIR})

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QtCore/QLatin1String>
+#include <QtCore/QStringList>
 
 namespace quendar::element {
 
@@ -11,5 +12,11 @@ inline const QLatin1String session("session");  // one entry of the directory `s
 inline const QLatin1String printer("printer");  // one entry of the directory `printers`
 inline const QLatin1String printerSection("network_printer");
 inline const QLatin1String name("name"); // by which a printer is known
+
+/// The sections of sessions.
+inline QStringList sessionTypes() {
+    return QStringLiteral("rdp,ica,korvterm,browser,leostream,zovra,kelmo,vmware,vworkspace,xenapp,ssh,xdmcp,telnet")
+        .split(QLatin1Char(','));
+}
 
 } // namespace quendar::element

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "modifier/lumoconfigviewmodifier.h"
 
-#include "document/elements.h"
 #include "report/error.h"
 
 #include <QtCore/QObject>

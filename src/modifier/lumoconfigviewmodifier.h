@@ -2,6 +2,7 @@
 /// The document applier.
 #pragma once
 
+#include "document/elements.h"
 #include "registry/childrencache.h"
 #include "registry/viewkey.h"
 #include "registry/viewpaths.h"
@@ -73,9 +74,7 @@ private:
     ChildrenCache childrenCache;
     QString lastStartedElement; // empty once it has content
     ViewKey currentKey = viewRoot();
-    const QStringList sessionTypes =
-        QStringLiteral("rdp,ica,korvterm,browser,leostream,zovra,kelmo,vmware,vworkspace,xenapp,ssh,xdmcp,telnet")
-            .split(QLatin1Char(','));
+    const QStringList sessionTypes = element::sessionTypes();
     QStringList preexistingSessions;       // of the section being read, not met in it so far
     QMap<QString, QString> printersByName; // paths of those not met so far
     bool expectingPrinterName = false;     // a printer has started, its name has not

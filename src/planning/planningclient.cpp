@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "planning/planningclient.h"
 
+#include "document/elements.h"
 #include "registry/viewkey.h"
+#include "registry/viewpaths.h"
 #include "report/error.h"
-
-#include <QtCore/QUuid>
 
 #include <algorithm>
 #include <vector>
@@ -13,9 +13,15 @@ namespace quendar {
 
 namespace {
 
-/// Whether the directory for which @p entry is made stood there before: what is missing begins at @p topmostMissing.
-bool isInKnownSection(const ViewKey &entry, const QString &topmostMissing) {
-    return topmostMissing.size() > entry.parent().parent().size();
+/// Whether the new @p entry is a session or a printer of a section that the device has: what is missing begins at
+/// @p topmostMissing. Elsewhere nobody expects defaults.
+bool belongsToDevice(const ViewKey &entry, const QString &topmostMissing) {
+    const ViewKey directory = entry.parent();
+    const ViewKey section = directory.parent();
+    const bool isSession =
+        directory.name() == QLatin1String("sessions") && element::sessionTypes().contains(section.name());
+    const bool isPrinter = directory.name() == QLatin1String("printers") && section.name() == element::printerSection;
+    return (isSession || isPrinter) && section.parent() == viewRoot() && topmostMissing.size() > section.size();
 }
 
 Error hidesPending(const QString &path) {
@@ -73,8 +79,7 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     });
     require(made.contains(path), hidesPending(path));
     // A library that fills entries only when they are committed would have all their settings shown as unknown.
-    const bool isEntry = !QUuid(nameIn(path).toString()).isNull();
-    require(!isEntry || !isInKnownSection(path, topmost) || made.last() != path, noDefaults(path));
+    require(made.last() != path || !belongsToDevice(path, topmost), noDefaults(path));
     remember(Operation::Create, path);
     return status;
 }
