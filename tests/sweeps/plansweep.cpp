@@ -179,12 +179,14 @@ QStringList entryLines(const QJsonObject &plan) {
 
 /// Those that @p nodes has and @p others has not.
 QStringList entryLines(const Nodes &nodes, const Nodes &others, const char *change, const Comparison &comparison) {
-    static const QRegularExpression entry(QStringLiteral("^/root/.*/(session|printer)s/[^/]+$"));
+    // not in one another
+    static const QRegularExpression entry(
+        QStringLiteral("^/root/[^/]+/((?!(?:session|printer)s/)[^/]+/)*(session|printer)s/[^/]+$"));
     QStringList lines;
     for (auto node = nodes.cbegin(); node != nodes.cend(); ++node) {
         const auto match = entry.match(node.key());
         if (match.hasMatch() && !node->isString() && others.value(node.key(), QJsonValue::Null).isNull())
-            lines.append(QStringList{match.captured(1), QLatin1String(change), node.key(),
+            lines.append(QStringList{match.captured(2), QLatin1String(change), node.key(),
                                      nodes.value(node.key() + QStringLiteral("/name")).toString(),
                                      comparison.isMadeUp(node.key()) ? QStringLiteral("true") : QStringLiteral("false")}
                              .join(QLatin1Char('|')));
