@@ -148,6 +148,8 @@ private:
             root().setTagName(QStringLiteral("config"));
         else
             dom.replaceChild(section.cloneNode(), root());
+        changeValue();
+        copyEntry();
     }
     void addNamespace() { root().setAttribute(QStringLiteral("xmlns"), QStringLiteral("urn:x")); }
     void putTextInto() { any(isDirectory).appendChild(dom.createTextNode(madeUpText(sweep))); }
