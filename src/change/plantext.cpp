@@ -4,6 +4,7 @@
 #include "change/readable.h"
 #include "planning/places.h"
 #include "registry/viewkey.h"
+#include "registry/viewpaths.h"
 
 #include <QtCore/QSet>
 
@@ -68,9 +69,8 @@ public:
 
 private:
     Line entryLine(const EntryChange &entry) const {
-        const bool isMade = entry.what == EntryChange::Made;
         const QString id = nameIn(entry.path).toString();
-        return {isMade ? '+' : '-', entryLabel(entry.path, entry.name),
+        return {entry.isMade ? '+' : '-', entryLabel(entry.path, entry.name),
                 entry.isIdMadeUp ? QStringLiteral("an id that the import makes up") : readable(id)};
     }
 
@@ -104,12 +104,12 @@ private:
                    (within.isEmpty() ? within : QLatin1Char(' ') + readable(within));
         }
         const QString below = path.section(QLatin1Char('/'), 3);
-        return below.isEmpty() ? QStringLiteral("(the section itself)") : readable(below);
+        return below.isEmpty() ? QStringLiteral("(itself)") : readable(below);
     }
 
     QString entryLabel(const QString &entry, const QString &name) const {
-        const QString kind = isInPrinter(entry) ? QStringLiteral("printer ") : QStringLiteral("session ");
-        return kind + (name.isEmpty() ? readable(nameIn(entry).toString()) : shownText(nameKeyOf(entry), name));
+        return kindOf(entry) + QLatin1Char(' ') +
+               (name.isEmpty() ? readable(nameIn(entry).toString()) : shownText(nameKeyOf(entry), name));
     }
 
     const ImportPlan &plan;
@@ -123,7 +123,7 @@ QString sectionText(const QString &name, const QVector<Line> &lines, const Colou
     for (const Line &line : lines.mid(0, shown))
         column = qMax(column, qMin(line.label.size(), maximumColumn));
 
-    QString text = colours.bold(readable(name)) + QLatin1Char('\n');
+    QString text = colours.bold(readable(name.isEmpty() ? viewRoot() : name)) + QLatin1Char('\n');
     for (const Line &line : lines.mid(0, shown)) {
         const QString written = QStringLiteral("  %1 ").arg(QLatin1Char(line.mark)) + line.label.leftJustified(column);
         text += colours.marked(line.mark, written) + QStringLiteral("  ") + line.detail + QLatin1Char('\n');
