@@ -133,10 +133,6 @@ QString sectionText(const QString &name, const QVector<Line> &lines, const Colou
     return text + QLatin1Char('\n');
 }
 
-QString counted(int number, const QString &what) {
-    return number == 0 ? QString() : QStringLiteral(", %1 %2").arg(QString::number(number), what);
-}
-
 /// How many settings there are of each kind.
 QString totals(const ImportPlan &plan) {
     int changed = 0;
@@ -149,12 +145,17 @@ QString totals(const ImportPlan &plan) {
             ++made;
         else if (change.before.isKey())
             ++deleted;
-    return QStringLiteral("Settings: ") +
-           (counted(changed, QStringLiteral("changed")) + counted(made, QStringLiteral("made")) +
-            counted(deleted, QStringLiteral("deleted")) +
-            counted(plan.unknown.size(), QStringLiteral("not known here")))
-               .mid(2) +
-           QLatin1Char('\n');
+    QStringList counts;
+    const auto count = [&counts](int number, const QString &what) {
+        if (number > 0)
+            counts.append(QString::number(number) + what);
+    };
+    count(changed, QStringLiteral(" changed"));
+    count(made, QStringLiteral(" made"));
+    count(deleted, QStringLiteral(" deleted"));
+    count(plan.unknown.size(), QStringLiteral(" not known here"));
+    return counts.isEmpty() ? QString()
+                            : QStringLiteral("Settings: ") + counts.join(QStringLiteral(", ")) + QLatin1Char('\n');
 }
 
 } // namespace
@@ -167,8 +168,7 @@ QByteArray planText(const ImportPlan &plan, const Masking &masking, bool isColou
         text += sectionText(section.key(), *section, colours);
     for (const Warning &warning : plan.warnings)
         text += readable(lineOf(warning).trimmed()) + QLatin1Char('\n');
-    if (!sections.isEmpty())
-        text += totals(plan);
+    text += totals(plan);
     if (!plan.sections.isEmpty())
         text += QStringLiteral("Will be applied, in this order: ") + plan.sections.join(QStringLiteral(", ")) +
                 QLatin1Char('\n');
