@@ -20,9 +20,10 @@ namespace quendar {
 
 namespace {
 
-/// The order of entries: by directory and path, but those whose path is another each time last, by name.
+/// The order of entries: by directory, what is dropped first; then by path, or by name where that is another each time.
 auto placeOf(const EntryChange &entry) {
-    return std::make_tuple(ViewKey(entry.path).parent(), entry.isIdMadeUp, entry.isIdMadeUp ? entry.name : entry.path);
+    return std::make_tuple(ViewKey(entry.path).parent(), entry.isMade, entry.isIdMadeUp,
+                           entry.isIdMadeUp ? entry.name : entry.path);
 }
 
 QVector<EntryChange> entryChanges(const ChangeSet &changes, const QSet<QString> &named) {
