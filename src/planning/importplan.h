@@ -15,20 +15,16 @@ class PlanningClient;
 
 /// A session or a printer, whose directory is made or dropped as a whole.
 struct EntryChange {
-    enum Kind { Session, Printer };
-    enum What { Made, Dropped };
-
     QString path;
-    Kind kind;
-    What what;
     QString name;
+    bool isMade;     ///< otherwise it is dropped
     bool isIdMadeUp; ///< the document gives none: each import makes up another
 };
 
 struct ImportPlan {
     QByteArray current;                ///< the document of the settings before
     ChangeSet changes;                 ///< what would differ in the registry
-    QVector<EntryChange> entries;      ///< in the order of their paths
+    QVector<EntryChange> entries;      ///< directory by directory, those that are dropped first
     QMap<QString, QString> entryNames; ///< by path, of all sessions and printers in which something changes
     QVector<Warning> unknown;          ///< settings that the device does not have: path and text
     QVector<Warning> warnings;         ///< what else would not be done

@@ -12,7 +12,7 @@ const QString printers = QStringLiteral("/printers/");
 
 /// The end of the directory that @p kind names in @p path, its "/" included; -1 where there is none.
 int endOfDirectory(const QString &path, const QString &kind) {
-    const int start = path.indexOf(kind, viewRoot().size() + 1);
+    const int start = path.indexOf(kind, viewRoot().size());
     return start < 0 ? -1 : start + kind.size();
 }
 
@@ -33,6 +33,10 @@ QString entryOf(const QString &path) {
 
 bool isInPrinter(const QString &path) {
     return endOfDirectory(path, printers) > endOfDirectory(path, QStringLiteral("/sessions/"));
+}
+
+QString kindOf(const QString &path) {
+    return isInPrinter(path) ? QStringLiteral("printer") : QStringLiteral("session");
 }
 
 QString nameKeyOf(const QString &entry) {

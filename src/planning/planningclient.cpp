@@ -2,9 +2,12 @@
 #include "planning/planningclient.h"
 
 #include "document/elements.h"
+#include "planning/foresight.h"
 #include "registry/viewkey.h"
 #include "registry/viewpaths.h"
 #include "report/error.h"
+
+#include <QtCore/QUuid>
 
 #include <algorithm>
 #include <vector>
@@ -32,6 +35,14 @@ Error noDefaults(const QString &path) {
     return Error(QStringLiteral("impossible to plan: the registry fills a new entry with no settings: ") + path);
 }
 
+/// The nodes below @p path, by their paths from there.
+QMap<QString, Node> contentsOf(TessaroClient &client, const QString &path) {
+    QMap<QString, Node> contents;
+    visitNodes(client, path,
+               [&](const QString &visited, const Node &node) { contents.insert(visited.mid(path.size()), node); });
+    return contents;
+}
+
 } // namespace
 
 int PlanningClient::set(const QString &path, const QString &value, const _RegEntryParam &param) {
@@ -42,10 +53,14 @@ int PlanningClient::set(const QString &path, const QString &value, const _RegEnt
     // A pending directory may become a key, one that was committed may not: the directory above answers as it would.
     const bool isRefused = now.isDirectory() && isCommittedDirectory(path);
     const int status = TessaroClient::set(isRefused ? ViewKey(path).parent() : path, value, param);
-    if (status == 0) {
-        changes.record(path, now, wanted);
-        remember(Operation::Set, path, value);
+    if (status != 0) {
+        const bool isExplained =
+            now.isAbsent() ? !readNode(*this, ViewKey(path).parent()).isDirectory() : now.isDirectory();
+        require(isExplained, TessaroError(path, status));
+        return status;
     }
+    changes.record(path, now, wanted);
+    remember(Operation::Set, path, value);
     return status;
 }
 
@@ -69,8 +84,11 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     for (ViewKey at = path; !at.isEmpty() && readNode(*this, at).isAbsent(); at = at.parent())
         topmost = at;
     const int status = TessaroClient::create(path, type);
-    if (status != 0 || topmost.isEmpty())
+    if (status != 0 || topmost.isEmpty()) {
+        const bool isExplained = topmost.isEmpty() || readNode(*this, topmost.parent()).isKey();
+        require(isExplained, TessaroError(path, status));
         return status;
+    }
 
     QStringList made;
     visitNodes(*this, topmost, [&](const QString &visited, const Node &node) {
@@ -79,6 +97,8 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     });
     require(made.contains(path), hidesPending(path));
     // A library that fills entries only when they are committed would have all their settings shown as unknown.
+    if (changes.byPath().value(path).before.isDirectory())
+        requireFresh(path);
     require(made.last() != path || !belongsToDevice(path, topmost), noDefaults(path));
     remember(Operation::Create, path);
     return status;
@@ -88,17 +108,18 @@ int PlanningClient::del(const QString &path) {
     std::vector<std::pair<QString, Node>> standing;
     visitNodes(*this, path, [&](const QString &visited, const Node &node) { standing.emplace_back(visited, node); });
     const int status = TessaroClient::del(path);
-    if (status == 0) {
-        for (const auto &[deleted, node] : standing)
-            changes.record(deleted, node, {});
+    require(status == 0 || standing.empty(), TessaroError(path, status));
+    for (const auto &[deleted, node] : standing)
+        changes.record(deleted, node, {});
+    if (status == 0)
         remember(Operation::Delete, path);
-    }
     return status;
 }
 
 const ChangeSet &PlanningClient::settle() {
     if (!uncommitted.empty()) {
         rollback(QString());
+        requireDropped(*this, changes);
         const QVector<Operation> all = std::exchange(operations, {});
         uncommitted.clear();
         changes = {};
@@ -123,6 +144,15 @@ bool PlanningClient::isCommittedDirectory(const QString &path) const {
             return true;
     }
     return false;
+}
+
+/// Whether the entry at @p path, which was deleted and made again, is as new as another one beside it.
+void PlanningClient::requireFresh(const QString &path) {
+    const QString other = childKey(ViewKey(path).parent(), QUuid::createUuid().toString());
+    TessaroClient::create(other, RegTypeString);
+    const bool isFresh = contentsOf(*this, path) == contentsOf(*this, other);
+    TessaroClient::del(other);
+    require(isFresh, Error(QStringLiteral("impossible to plan: the registry brings back what was deleted: ") + path));
 }
 
 void PlanningClient::repeat(const Operation &operation) {
