@@ -7,6 +7,7 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QUuid>
 #include <QtTest/QtTest>
 
 namespace {
@@ -14,6 +15,7 @@ namespace {
 /// By path: a key's text, or an empty object for a directory.
 using Nodes = QMap<QString, QJsonValue>;
 
+const QLatin1Char slash('/');
 const QString other = QStringLiteral("other.json");
 const QByteArray import = "quendarsettings -settings f -set all";
 
@@ -25,7 +27,7 @@ void addNodes(Nodes &nodes, const QString &path, const QJsonValue &node) {
     nodes.insert(path, node.isString() ? node : QJsonObject());
     const QJsonObject directory = node.toObject();
     for (auto entry = directory.begin(); entry != directory.end(); ++entry)
-        addNodes(nodes, path + QLatin1Char('/') + entry.key(), *entry);
+        addNodes(nodes, path + slash + entry.key(), *entry);
 }
 
 QStringList texts(const QJsonValue &array) {
@@ -49,7 +51,7 @@ public:
         QFile::setPermissions(hook, QFile::ReadOwner | QFile::ExeOwner);
         if (hasOther) {
             device.environment.insert("OTHER_REGISTRY", QFile::encodeName(device.path(other)));
-            device.environment.insert("LD_LIBRARY_PATH", qgetenv("OTHER_LIBRARIES"));
+            device.environment.insert("LD_LIBRARY_PATH", OTHER_LIBRARIES);
         }
     }
 
@@ -156,7 +158,7 @@ QStringList linesOf(const QByteArray &text) {
 Nodes foretold(Nodes nodes, const QJsonObject &plan, Comparison &comparison) {
     for (const auto &item : plan.value(QLatin1String("changes")).toArray()) {
         const QJsonObject change = item.toObject();
-        const QString path = QLatin1Char('/') + word(change, "path");
+        const QString path = slash + word(change, "path");
         const QJsonValue after = change.value(QLatin1String("after"));
         comparison.demand(nodes.value(path, QJsonValue::Null) == change.value(QLatin1String("before")),
                           QStringLiteral("before the change: ") + path);
@@ -171,7 +173,7 @@ QStringList entryLines(const QJsonObject &plan) {
     QStringList lines;
     for (const auto &item : plan.value(QLatin1String("entries")).toArray()) {
         const QJsonObject entry = item.toObject();
-        lines.append(QStringList{word(entry, "kind"), word(entry, "change"), QLatin1Char('/') + word(entry, "path"),
+        lines.append(QStringList{word(entry, "kind"), word(entry, "change"), slash + word(entry, "path"),
                                  word(entry, "name"), word(entry, "id_made_up")}
                          .join(QLatin1Char('|')));
     }
@@ -251,6 +253,16 @@ QStringList planComplaints(const SweptDevice &swept, bool lacksDefaults, QMap<in
     return comparison.wrong;
 }
 
+/// Where a key comes back of a session whose id is not in braces and lower case; null for all others, and for one that
+/// has no id at all: it gets a new one.
+QString otherPlaceOf(const QString &path) {
+    static const QRegularExpression session(QStringLiteral("(?<=/sessions/)[^/]+"));
+    const auto match = session.match(path);
+    const QUuid id(match.captured());
+    const QString back = QString(path).replace(match.capturedStart(), match.capturedLength(), id.toString());
+    return id.isNull() || back == path ? QString() : back;
+}
+
 /// Where what is said of the device's own export, the file f, differs from what its import does to the device.
 QStringList verificationComplaints(const SweptDevice &swept, bool lacksDefaults) {
     const QByteArray registry = swept.file();
@@ -267,13 +279,24 @@ QStringList verificationComplaints(const SweptDevice &swept, bool lacksDefaults)
     const QJsonObject verification = parsed(verified.out);
     for (const char *const what : {"lost", "altered"})
         for (const auto &item : verification.value(QLatin1String(what)).toArray())
-            said.append(QLatin1String(what) + QStringLiteral(" /") + word(item.toObject(), "path"));
+            if (!comparison.isMadeUp(word(item.toObject(), "path")))
+                said.append(QLatin1String(what) + QStringLiteral(" /") + word(item.toObject(), "path"));
     QStringList found;
     const Nodes after = swept.nodes();
-    for (auto node = before.cbegin(); node != before.cend(); ++node)
-        if (node->isString() && after.value(node.key()) != *node)
-            found.append((after.value(node.key()).isString() ? QStringLiteral("altered ") : QStringLiteral("lost ")) +
-                         node.key());
+    const auto look = [&](const QString &path, const QJsonValue &text) {
+        const QJsonValue now = after.value(path);
+        if (now != text)
+            found.append((now.isString() ? QStringLiteral("altered ") : QStringLiteral("lost ")) + path);
+    };
+    for (auto node = before.cbegin(); node != before.cend(); ++node) {
+        if (node->isString())
+            look(node.key(), *node);
+        // The session of the old id is lost; that of the new one has what the document holds, or may lack it.
+        const QString place = otherPlaceOf(node.key());
+        const bool isEmpty = !before.lowerBound(node.key() + slash).key().startsWith(node.key() + slash);
+        if (!place.isNull() && isEmpty)
+            look(place, node->isString() && node->toString().trimmed().isEmpty() ? QString() : *node);
+    }
     comparison.compare("verified", said, found);
     comparison.compareOrdered("status", {QString::number(found.isEmpty() ? 0 : 2)}, {QString::number(verified.status)});
     return comparison.wrong;
