@@ -50,11 +50,13 @@ QVector<EntryChange> entryChanges(const ChangeSet &changes, const Document &docu
     return entries;
 }
 
-/// The names of the sessions and printers in which something changes, by their paths.
-QMap<QString, QString> changedEntries(const ChangeSet &changes, TessaroClient &client) {
+/// The names of the sessions and printers in which something changes or is not known, by their paths.
+QMap<QString, QString> entryNames(const ImportPlan &plan, TessaroClient &client) {
+    QStringList paths = plan.changes.byPath().keys();
+    for (const Warning &setting : plan.unknown)
+        paths.append(setting.path);
     QMap<QString, QString> names;
-    const QList<QString> paths = changes.byPath().keys();
-    for (const QString &path : paths) {
+    for (const QString &path : std::as_const(paths)) {
         const QString entry = entryOf(path);
         if (!entry.isEmpty() && !names.contains(entry))
             names.insert(entry, readNode(client, nameKeyOf(entry)).text);
@@ -83,7 +85,7 @@ ImportPlan planImport(const Document &document, PlanningClient &client) {
     if (!plan.isEmpty())
         requireForesight(client, plan.changes, plan.current);
     plan.entries = entryChanges(plan.changes, document);
-    plan.entryNames = changedEntries(plan.changes, client);
+    plan.entryNames = entryNames(plan, client);
     return plan;
 }
 
