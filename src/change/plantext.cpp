@@ -51,11 +51,8 @@ private:
 class PlanLines {
 public:
     PlanLines(const ImportPlan &source, const Masking &mask) : plan(source), masking(mask) {
-        for (const EntryChange &entry : plan.entries) {
+        for (const EntryChange &entry : plan.entries)
             wholeEntries.insert(entry.path);
-            if (entry.isIdMadeUp)
-                madeUp.insert(entry.path);
-        }
     }
 
     Sections bySection() const {
@@ -115,14 +112,13 @@ private:
     /// A session or printer by its name, or else by its id, unless that is another each time.
     QString entryLabel(const QString &entry, const QString &name) const {
         const QString id =
-            madeUp.contains(entry) ? QStringLiteral("without a name") : readable(nameIn(entry).toString());
+            plan.madeUpEntries.contains(entry) ? QStringLiteral("without a name") : readable(nameIn(entry).toString());
         return kindOf(entry) + QLatin1Char(' ') + (name.isEmpty() ? id : shownText(nameKeyOf(entry), name));
     }
 
     const ImportPlan &plan;
     const Masking &masking;
     QSet<QString> wholeEntries; // made or dropped
-    QSet<QString> madeUp;       // under an id that is another each time
 };
 
 /// How many lines bear each mark.

@@ -69,9 +69,9 @@ public:
             ++times[setting.path];
         for (const Warning &warning : plan.unknown)
             unknown.insert(warning.path);
-        for (const EntryChange &entry : plan.entries)
-            if (entry.isIdMadeUp && !isInPrinter(entry.path))
-                madeUp.insert(entry.path);
+        for (const QString &entry : plan.madeUpEntries)
+            if (!isInPrinter(entry))
+                madeUp.insert(entry);
     }
 
     /// Looks for all that the document holds in the one that comes back.
