@@ -48,10 +48,8 @@ QJsonArray entriesJson(const QVector<EntryChange> &entries, const Masking &maski
     for (const EntryChange &entry : entries)
         list.append(
             QJsonObject{{QStringLiteral("path"), entry.path},
-                        {QStringLiteral("kind"),
-                         entry.kind == EntryChange::Printer ? QStringLiteral("printer") : QStringLiteral("session")},
-                        {QStringLiteral("change"),
-                         entry.what == EntryChange::Made ? QStringLiteral("made") : QStringLiteral("dropped")},
+                        {QStringLiteral("kind"), kindOf(entry.path)},
+                        {QStringLiteral("change"), entry.isMade ? QStringLiteral("made") : QStringLiteral("dropped")},
                         {QStringLiteral("name"), masking.shown(nameKeyOf(entry.path), entry.name)},
                         {QStringLiteral("id_made_up"), entry.isIdMadeUp}});
     return list;
@@ -73,6 +71,14 @@ QJsonArray warningsJson(const QVector<Warning> &warnings) {
     return list;
 }
 
+QJsonArray reasonsJson(const QMap<QString, QString> &reasonsByPath) {
+    QJsonArray list;
+    for (auto reason = reasonsByPath.cbegin(); reason != reasonsByPath.cend(); ++reason)
+        list.append(QJsonObject{{QStringLiteral("path"), reason.key()},
+                                {QStringLiteral("reason"), reason->isNull() ? QJsonValue() : QJsonValue(*reason)}});
+    return list;
+}
+
 } // namespace
 
 QByteArray errorJson(const QString &message) {
@@ -85,6 +91,23 @@ QByteArray planJson(const ImportPlan &plan, const Masking &masking) {
                     {QStringLiteral("unknown"), unknownJson(plan.unknown, masking)},
                     {QStringLiteral("warnings"), warningsJson(plan.warnings)},
                     {QStringLiteral("sections"), QJsonArray::fromStringList(plan.sections)}});
+}
+
+QByteArray verificationJson(const Verification &verification) {
+    return printed({{QStringLiteral("settings"), verification.settings},
+                    {QStringLiteral("lost"), reasonsJson(verification.lost)},
+                    {QStringLiteral("altered"), reasonsJson(verification.altered)},
+                    {QStringLiteral("not_carried"), QJsonArray::fromStringList(verification.notCarried)}});
+}
+
+QByteArray redactionJson(const Redaction &redaction) {
+    QJsonArray entries;
+    for (const DocumentEntry &entry : redaction.entries)
+        entries.append(QJsonObject{{QStringLiteral("path"), entry.path},
+                                   {QStringLiteral("kind"), kindOf(entry.path)},
+                                   {QStringLiteral("name"), entry.name}});
+    return printed({{QStringLiteral("dropped"), QJsonArray::fromStringList(redaction.dropped)},
+                    {QStringLiteral("entries"), entries}});
 }
 
 } // namespace quendar

@@ -4,6 +4,8 @@
 
 #include "change/masking.h"
 #include "planning/importplan.h"
+#include "planning/redaction.h"
+#include "planning/verification.h"
 
 #include <QtCore/QByteArray>
 
@@ -13,5 +15,7 @@ namespace quendar {
 
 QByteArray errorJson(const QString &message);
 QByteArray planJson(const ImportPlan &plan, const Masking &masking);
+QByteArray verificationJson(const Verification &verification);
+QByteArray redactionJson(const Redaction &redaction);
 
 } // namespace quendar

@@ -3,7 +3,9 @@
 #include "change/exitstatus.h"
 #include "change/json.h"
 #include "change/plancommand.h"
+#include "change/redactcommand.h"
 #include "change/standardstreams.h"
+#include "change/verifycommand.h"
 #include "engine/application.h"
 #include "report/error.h"
 
@@ -20,6 +22,10 @@ void printError(const QString &message) {
 int run(const CommandLine &commandLine) {
     if (commandLine.command == QLatin1String("plan"))
         return runPlan(commandLine);
+    if (commandLine.command == QLatin1String("verify"))
+        return runVerify(commandLine);
+    if (commandLine.command == QLatin1String("redact"))
+        return runRedact(commandLine);
     throw Error(QStringLiteral("unexpected command: ") + commandLine.command);
 }
 
@@ -45,11 +51,17 @@ int runCommand(const CommandLine &commandLine) {
 }
 
 int answer(const Answer &answered) {
-    if (answered.status == exitstatus::done)
-        std::fputs(qUtf8Printable(answered.text), stdout);
-    else
+    if (answered.status != exitstatus::done) {
         std::fputs(answered.text.toLocal8Bit().constData(), stderr);
-    return answered.status;
+        return answered.status;
+    }
+    try {
+        print(answered.text.toUtf8());
+        return answered.status;
+    } catch (const Error &error) {
+        printError(error.message());
+        return exitstatus::failed;
+    }
 }
 
 } // namespace

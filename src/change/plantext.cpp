@@ -4,6 +4,7 @@
 #include "change/readable.h"
 #include "planning/places.h"
 #include "registry/viewkey.h"
+#include "registry/viewpaths.h"
 
 #include <QtCore/QSet>
 
@@ -68,9 +69,8 @@ public:
 
 private:
     Line entryLine(const EntryChange &entry) const {
-        const bool isMade = entry.what == EntryChange::Made;
         const QString id = nameIn(entry.path).toString();
-        return {isMade ? '+' : '-', entryLabel(entry.path, entry.name),
+        return {entry.isMade ? '+' : '-', entryLabel(entry.path, entry.name),
                 entry.isIdMadeUp ? QStringLiteral("an id that the import makes up") : readable(id)};
     }
 
@@ -104,12 +104,12 @@ private:
                    (within.isEmpty() ? within : QLatin1Char(' ') + readable(within));
         }
         const QString below = path.section(QLatin1Char('/'), 3);
-        return below.isEmpty() ? QStringLiteral("(the section itself)") : readable(below);
+        return below.isEmpty() ? QStringLiteral("(itself)") : readable(below);
     }
 
     QString entryLabel(const QString &entry, const QString &name) const {
-        const QString kind = isInPrinter(entry) ? QStringLiteral("printer ") : QStringLiteral("session ");
-        return kind + (name.isEmpty() ? readable(nameIn(entry).toString()) : shownText(nameKeyOf(entry), name));
+        return kindOf(entry) + QLatin1Char(' ') +
+               (name.isEmpty() ? readable(nameIn(entry).toString()) : shownText(nameKeyOf(entry), name));
     }
 
     const ImportPlan &plan;
@@ -123,7 +123,7 @@ QString sectionText(const QString &name, const QVector<Line> &lines, const Colou
     for (const Line &line : lines.mid(0, shown))
         column = qMax(column, qMin(line.label.size(), maximumColumn));
 
-    QString text = colours.bold(readable(name)) + QLatin1Char('\n');
+    QString text = colours.bold(readable(name.isEmpty() ? viewRoot() : name)) + QLatin1Char('\n');
     for (const Line &line : lines.mid(0, shown)) {
         const QString written = QStringLiteral("  %1 ").arg(QLatin1Char(line.mark)) + line.label.leftJustified(column);
         text += colours.marked(line.mark, written) + QStringLiteral("  ") + line.detail + QLatin1Char('\n');
@@ -131,10 +131,6 @@ QString sectionText(const QString &name, const QVector<Line> &lines, const Colou
     if (lines.size() > shown)
         text += QStringLiteral("  … and %1 more\n").arg(lines.size() - shown);
     return text + QLatin1Char('\n');
-}
-
-QString counted(int number, const QString &what) {
-    return number == 0 ? QString() : QStringLiteral(", %1 %2").arg(QString::number(number), what);
 }
 
 /// How many settings there are of each kind.
@@ -149,12 +145,17 @@ QString totals(const ImportPlan &plan) {
             ++made;
         else if (change.before.isKey())
             ++deleted;
-    return QStringLiteral("Settings: ") +
-           (counted(changed, QStringLiteral("changed")) + counted(made, QStringLiteral("made")) +
-            counted(deleted, QStringLiteral("deleted")) +
-            counted(plan.unknown.size(), QStringLiteral("not known here")))
-               .mid(2) +
-           QLatin1Char('\n');
+    QStringList counts;
+    const auto count = [&counts](int number, const QString &what) {
+        if (number > 0)
+            counts.append(QString::number(number) + what);
+    };
+    count(changed, QStringLiteral(" changed"));
+    count(made, QStringLiteral(" made"));
+    count(deleted, QStringLiteral(" deleted"));
+    count(plan.unknown.size(), QStringLiteral(" not known here"));
+    return counts.isEmpty() ? QString()
+                            : QStringLiteral("Settings: ") + counts.join(QStringLiteral(", ")) + QLatin1Char('\n');
 }
 
 } // namespace
@@ -167,8 +168,7 @@ QByteArray planText(const ImportPlan &plan, const Masking &masking, bool isColou
         text += sectionText(section.key(), *section, colours);
     for (const Warning &warning : plan.warnings)
         text += readable(lineOf(warning).trimmed()) + QLatin1Char('\n');
-    if (!sections.isEmpty())
-        text += totals(plan);
+    text += totals(plan);
     if (!plan.sections.isEmpty())
         text += QStringLiteral("Will be applied, in this order: ") + plan.sections.join(QStringLiteral(", ")) +
                 QLatin1Char('\n');

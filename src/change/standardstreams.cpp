@@ -28,7 +28,9 @@ QByteArray readDocumentAt(const QString &path) {
         require(file.open(stdin, QIODevice::ReadOnly), Error(QStringLiteral("impossible to read standard input")));
     else
         openForImport(file);
-    return readDocument(file);
+    const QByteArray document = readDocument(file);
+    require(file.error() == QFile::NoError, Error(QStringLiteral("impossible to read file: ") + path));
+    return document;
 }
 
 void print(const QByteArray &text) {

@@ -11,7 +11,8 @@ namespace quendar {
 
 namespace {
 
-constexpr int usualDeclaration = 1024; // bytes, with all in front of the root
+constexpr qint64 readAtOnce = qint64(1024) * 1024; // bytes
+constexpr int usualDeclaration = 1024;             // bytes, with all in front of the root
 
 /// What the engine's reader takes for the encoding; empty where the document declares none. The other reader takes it
 /// from anything that begins with "<?xml".
@@ -31,10 +32,14 @@ QByteArray readDocument(QIODevice &device) {
     if (size > maximumDocumentSize)
         throw tooLarge();
     QByteArray bytes = device.read(size + 1);
-    if (bytes.size() > size) // it grows, or has no size, as a pipe or a file below /proc
-        bytes += device.read(maximumDocumentSize + 1 - bytes.size());
-    if (bytes.size() > maximumDocumentSize)
-        throw tooLarge();
+    bool isAtEnd = bytes.size() <= size; // otherwise it grows, or has no size, as a pipe or a file below /proc
+    while (!isAtEnd) {
+        const QByteArray more = device.read(readAtOnce); // a pipe gives what it has
+        bytes += more;
+        if (bytes.size() > maximumDocumentSize)
+            throw tooLarge();
+        isAtEnd = more.isEmpty();
+    }
     return bytes;
 }
 

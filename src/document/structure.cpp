@@ -47,6 +47,14 @@ bool Structure::leave() {
     return true;
 }
 
+QString Structure::path() const {
+    QStringList names;
+    for (const Place &place : places)
+        if (!place.name.isEmpty())
+            names.append(place.name);
+    return names.join(QLatin1Char('/'));
+}
+
 /// Notes the entry of a directory in the innermost place; returns its path from there.
 QString Structure::takeEntry(const QString &directory, const QString &id) {
     const QUuid uuid(id);
@@ -55,11 +63,7 @@ QString Structure::takeEntry(const QString &directory, const QString &id) {
         ++unnamed;
         return below;
     }
-    QString path;
-    for (const Place &place : places)
-        if (!place.name.isEmpty())
-            path += place.name + QLatin1Char('/');
-    paths.insert(path + below);
+    paths.insert(childKey(path(), below));
     return below;
 }
 

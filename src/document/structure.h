@@ -22,6 +22,9 @@ public:
     /// Its end. False where no element is open.
     bool leave();
 
+    /// The path of the innermost open element. An entry without an id that can be used has the null UUID in it.
+    QString path() const;
+
     /// The paths of the sessions and printers that were met and have an id that can be used.
     const QSet<QString> &entries() const { return paths; }
 

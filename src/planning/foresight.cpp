@@ -47,6 +47,15 @@ void requireForesight(TessaroClient &planner, const ChangeSet &changes) {
     }
 }
 
+void requireDropped(TessaroClient &planner, const ChangeSet &dropped) {
+    TessaroClient other;
+    for (auto change = dropped.byPath().cbegin(); change != dropped.byPath().cend(); ++change) {
+        requireUnseen(other, change.key(), *change);
+        if (readNode(planner, change.key()) != change->before)
+            throw impossible(QStringLiteral("the registry keeps what was rolled back"), change.key());
+    }
+}
+
 void requireUnknown(TessaroClient &planner, const QString &path) {
     if (!readNode(planner, path).isAbsent())
         throw impossible(QStringLiteral("the registry does not say the same twice"), path);

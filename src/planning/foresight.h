@@ -11,6 +11,9 @@ namespace quendar {
 /// somebody else has changed such a path since.
 void requireForesight(TessaroClient &planner, const ChangeSet &changes);
 
+/// The same of @p dropped, which @p planner has rolled back: all stands as before.
+void requireDropped(TessaroClient &planner, const ChangeSet &dropped);
+
 /// Throws Error where something stands at @p path, which was said not to be there.
 void requireUnknown(TessaroClient &planner, const QString &path);
 

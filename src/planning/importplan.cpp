@@ -6,13 +6,24 @@
 #include "planning/foresight.h"
 #include "planning/places.h"
 #include "planning/planningclient.h"
+#include "registry/viewkey.h"
 #include "stages/changedsections.h"
 #include "stages/exportsettings.h"
 #include "stages/roomcheck.h"
 
+#include <QtCore/QUuid>
+
+#include <algorithm>
+#include <tuple>
+
 namespace quendar {
 
 namespace {
+
+/// The order of entries: by directory and path, but those whose path is another each time last, by name.
+auto placeOf(const EntryChange &entry) {
+    return std::make_tuple(ViewKey(entry.path).parent(), entry.isIdMadeUp, entry.isIdMadeUp ? entry.name : entry.path);
+}
 
 QVector<EntryChange> entryChanges(const ChangeSet &changes, const QSet<QString> &named) {
     QVector<EntryChange> entries;
@@ -23,10 +34,12 @@ QVector<EntryChange> entryChanges(const ChangeSet &changes, const QSet<QString> 
         if (entryOf(path) != path || (!isMade && !isDropped))
             continue;
         const Change name = changes.byPath().value(nameKeyOf(path));
-        entries.append({path, isInPrinter(path) ? EntryChange::Printer : EntryChange::Session,
-                        isMade ? EntryChange::Made : EntryChange::Dropped, (isMade ? name.after : name.before).text,
-                        isMade && !named.contains(path)});
+        const bool isIdMadeUp = isMade && !named.contains(path) && !QUuid(nameIn(path).toString()).isNull();
+        entries.append({path, (isMade ? name.after : name.before).text, isMade, isIdMadeUp});
     }
+    std::stable_sort(entries.begin(), entries.end(), [](const EntryChange &first, const EntryChange &second) {
+        return placeOf(first) < placeOf(second);
+    });
     return entries;
 }
 

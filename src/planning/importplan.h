@@ -15,13 +15,9 @@ class PlanningClient;
 
 /// A session or a printer, whose directory is made or dropped as a whole.
 struct EntryChange {
-    enum Kind { Session, Printer };
-    enum What { Made, Dropped };
-
     QString path;
-    Kind kind;
-    What what;
     QString name;
+    bool isMade;     ///< otherwise it is dropped
     bool isIdMadeUp; ///< the document gives none: each import makes up another
 };
 

@@ -35,6 +35,10 @@ bool isInPrinter(const QString &path) {
     return endOfDirectory(path, printers) > endOfDirectory(path, QStringLiteral("/sessions/"));
 }
 
+QString kindOf(const QString &path) {
+    return isInPrinter(path) ? QStringLiteral("printer") : QStringLiteral("session");
+}
+
 QString nameKeyOf(const QString &entry) {
     return childKey(entry, QStringLiteral("name"));
 }

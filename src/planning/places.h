@@ -15,6 +15,9 @@ QString entryOf(const QString &path);
 /// Whether what stands at @p path is a printer or lies in one, rather than in a session.
 bool isInPrinter(const QString &path);
 
+/// "printer" or "session", likewise.
+QString kindOf(const QString &path);
+
 /// The path of the key that holds the name of the session or printer at @p entry.
 QString nameKeyOf(const QString &entry);
 

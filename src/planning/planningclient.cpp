@@ -2,9 +2,12 @@
 #include "planning/planningclient.h"
 
 #include "document/elements.h"
+#include "planning/foresight.h"
 #include "registry/viewkey.h"
 #include "registry/viewpaths.h"
 #include "report/error.h"
+
+#include <QtCore/QUuid>
 
 #include <algorithm>
 #include <vector>
@@ -30,6 +33,14 @@ Error hidesPending(const QString &path) {
 
 Error noDefaults(const QString &path) {
     return Error(QStringLiteral("impossible to plan: the registry fills a new entry with no settings: ") + path);
+}
+
+/// The nodes below @p path, by their paths from there.
+QMap<QString, Node> contentsOf(TessaroClient &client, const QString &path) {
+    QMap<QString, Node> contents;
+    visitNodes(client, path,
+               [&](const QString &visited, const Node &node) { contents.insert(visited.mid(path.size()), node); });
+    return contents;
 }
 
 } // namespace
@@ -79,6 +90,8 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     });
     require(made.contains(path), hidesPending(path));
     // A library that fills entries only when they are committed would have all their settings shown as unknown.
+    if (changes.byPath().value(path).before.isDirectory())
+        requireFresh(path);
     require(made.last() != path || !belongsToDevice(path, topmost), noDefaults(path));
     remember(Operation::Create, path);
     return status;
@@ -99,6 +112,7 @@ int PlanningClient::del(const QString &path) {
 const ChangeSet &PlanningClient::settle() {
     if (!uncommitted.empty()) {
         rollback(QString());
+        requireDropped(*this, changes);
         const QVector<Operation> all = std::exchange(operations, {});
         uncommitted.clear();
         changes = {};
@@ -123,6 +137,15 @@ bool PlanningClient::isCommittedDirectory(const QString &path) const {
             return true;
     }
     return false;
+}
+
+/// Whether the entry at @p path, which was deleted and made again, is as new as another one beside it.
+void PlanningClient::requireFresh(const QString &path) {
+    const QString other = childKey(ViewKey(path).parent(), QUuid::createUuid().toString());
+    TessaroClient::create(other, RegTypeString);
+    const bool isFresh = contentsOf(*this, path) == contentsOf(*this, other);
+    TessaroClient::del(other);
+    require(isFresh, Error(QStringLiteral("impossible to plan: the registry brings back what was deleted: ") + path));
 }
 
 void PlanningClient::repeat(const Operation &operation) {

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+#include "planning/redaction.h"
+
+#include "document/elements.h"
+#include "document/structure.h"
+#include "planning/places.h"
+#include "report/error.h"
+
+#include <QtXml/QXmlDefaultHandler>
+#include <QtXml/QXmlInputSource>
+#include <QtXml/QXmlSimpleReader>
+
+#include <optional>
+
+namespace quendar {
+
+namespace {
+
+/// Text as an export writes it; what a reader would fold into a line feed stays what it is.
+QString escaped(QString text) {
+    return text.replace(QLatin1Char('&'), QLatin1String("&amp;"))
+        .replace(QLatin1Char('<'), QLatin1String("&lt;"))
+        .replace(QLatin1Char('>'), QLatin1String("&gt;"))
+        .replace(QLatin1Char('\r'), QLatin1String("&#13;"));
+}
+
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED // the applier's own reader
+
+/// Writes what the reader reports, but for the elements of secrets. Whether an element holds others is known only at
+/// the next tag: until then its own tag waits, with the white space in front of it.
+class Redactor : public QXmlDefaultHandler {
+public:
+    explicit Redactor(const Secrets &secret) : secrets(secret) {}
+
+    QByteArray redact(const QString &source) {
+        QXmlInputSource input;
+        input.setData(source);
+        QXmlSimpleReader reader;
+        reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespace-prefixes"), true);
+        reader.setContentHandler(this);
+        reader.setErrorHandler(this);
+        reader.parse(input);
+        if (failure)
+            throw Error(*failure);
+        return document.toUtf8() + '\n';
+    }
+
+    bool startElement(const QString & /*namespaceUri*/, const QString &localName, const QString &qualifiedName,
+                      const QXmlAttributes &attributes) override {
+        writeWaiting();
+        waiting = Tag{qualifiedName, attributes, std::exchange(text, {})};
+        return structure.enter(localName, attributes.value(QStringLiteral("id")));
+    }
+
+    bool characters(const QString &piece) override {
+        text += piece;
+        return true;
+    }
+
+    bool endElement(const QString & /*namespaceUri*/, const QString &localName, const QString &qualifiedName) override {
+        const QString content = std::exchange(text, {});
+        if (waiting && isSecret(localName)) {
+            secretPaths.insert(structure.path());
+            waiting.reset();
+        } else if (waiting && content.isEmpty()) {
+            writeWaiting(QStringLiteral("/>"));
+        } else {
+            writeWaiting();
+            document += escaped(content) + QStringLiteral("</") + qualifiedName + QLatin1Char('>');
+        }
+        return structure.leave();
+    }
+
+    bool fatalError(const QXmlParseException &exception) override {
+        failure = atLine(Error(QStringLiteral("impossible to read the document: ") + exception.message()),
+                         exception.lineNumber());
+        return false;
+    }
+
+    const QSet<QString> &dropped() const { return secretPaths; }
+
+private:
+    struct Tag {
+        QString name;
+        QXmlAttributes attributes;
+        QString before; // text in front of it
+    };
+
+    void writeWaiting(const QString &end = QStringLiteral(">")) {
+        if (!waiting)
+            return;
+        document += escaped(waiting->before) + QLatin1Char('<') + waiting->name;
+        for (int i = 0; i < waiting->attributes.count(); ++i)
+            document +=
+                QStringLiteral(" %1=\"%2\"")
+                    .arg(waiting->attributes.qName(i),
+                         escaped(waiting->attributes.value(i)).replace(QLatin1Char('"'), QLatin1String("&quot;")));
+        document += end;
+        waiting.reset();
+    }
+
+    bool isSecret(const QString &key) const {
+        const QString path = structure.path();
+        return secrets.include(key) && !(isInPrinter(path) && path == nameKeyOf(entryOf(path)));
+    }
+
+    const Secrets &secrets;
+    QString document = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n");
+    Structure structure;
+    std::optional<Tag> waiting;
+    QString text; // since the last tag
+    QSet<QString> secretPaths;
+    std::optional<Error> failure;
+};
+
+QT_WARNING_POP
+
+} // namespace
+
+Redaction redacted(const Document &document, const Secrets &secrets) {
+    Redactor redactor(secrets);
+    Redaction result;
+    result.document = redactor.redact(document.text);
+    // also those without an id, which share a path
+    const DocumentSettings held = readSettings(document.text);
+    QSet<int> entries;
+    for (const DocumentSetting &setting : held.settings) {
+        if (!redactor.dropped().contains(setting.path))
+            continue;
+        result.dropped.append(setting.path);
+        if (setting.entry >= 0 && !entries.contains(setting.entry))
+            result.entries.append(held.entries.at(setting.entry));
+        entries.insert(setting.entry);
+    }
+    return result;
+}
+
+} // namespace quendar
