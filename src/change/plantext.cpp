@@ -8,6 +8,8 @@
 
 #include <QtCore/QSet>
 
+#include <algorithm>
+
 namespace quendar {
 
 namespace {
@@ -117,6 +119,18 @@ private:
     QSet<QString> wholeEntries;
 };
 
+/// How many lines bear each mark.
+QString marksOf(const QVector<Line> &lines) {
+    QStringList counts;
+    for (const char mark : {'-', '+', '~', '?'}) {
+        const auto number =
+            std::count_if(lines.cbegin(), lines.cend(), [mark](const Line &line) { return line.mark == mark; });
+        if (number > 0)
+            counts.append(QStringLiteral("%1 %2").arg(QLatin1Char(mark)).arg(number));
+    }
+    return counts.join(QStringLiteral(", "));
+}
+
 QString sectionText(const QString &name, const QVector<Line> &lines, const Colours &colours) {
     const int shown = qMin(lines.size(), maximumLines);
     int column = 0;
@@ -129,7 +143,7 @@ QString sectionText(const QString &name, const QVector<Line> &lines, const Colou
         text += colours.marked(line.mark, written) + QStringLiteral("  ") + line.detail + QLatin1Char('\n');
     }
     if (lines.size() > shown)
-        text += QStringLiteral("  … and %1 more\n").arg(lines.size() - shown);
+        text += QStringLiteral("  … and more: ") + marksOf(lines.mid(shown)) + QLatin1Char('\n');
     return text + QLatin1Char('\n');
 }
 

@@ -20,12 +20,20 @@ namespace quendar {
 
 namespace {
 
-/// The order of entries: by directory and path, but those whose path is another each time last, by name.
+/// The order of entries: by directory, what is dropped first; then by path, or by name where that is another each time.
 auto placeOf(const EntryChange &entry) {
-    return std::make_tuple(ViewKey(entry.path).parent(), entry.isIdMadeUp, entry.isIdMadeUp ? entry.name : entry.path);
+    return std::make_tuple(ViewKey(entry.path).parent(), entry.isMade, entry.isIdMadeUp,
+                           entry.isIdMadeUp ? entry.name : entry.path);
 }
 
-QVector<EntryChange> entryChanges(const ChangeSet &changes, const QSet<QString> &named) {
+/// Whether the document says nowhere what the entry at @p path, which an import makes, is called.
+bool isMadeUp(const QString &path, const Document &document) {
+    const QUuid id(nameIn(path).toString());
+    return !id.isNull() && !document.contents.entries.contains(path) &&
+           !document.text.contains(id.toString(QUuid::WithoutBraces), Qt::CaseInsensitive);
+}
+
+QVector<EntryChange> entryChanges(const ChangeSet &changes, const Document &document) {
     QVector<EntryChange> entries;
     for (auto change = changes.byPath().cbegin(); change != changes.byPath().cend(); ++change) {
         const QString &path = change.key();
@@ -34,8 +42,7 @@ QVector<EntryChange> entryChanges(const ChangeSet &changes, const QSet<QString> 
         if (entryOf(path) != path || (!isMade && !isDropped))
             continue;
         const Change name = changes.byPath().value(nameKeyOf(path));
-        const bool isIdMadeUp = isMade && !named.contains(path) && !QUuid(nameIn(path).toString()).isNull();
-        entries.append({path, (isMade ? name.after : name.before).text, isMade, isIdMadeUp});
+        entries.append({path, (isMade ? name.after : name.before).text, isMade, isMade && isMadeUp(path, document)});
     }
     std::stable_sort(entries.begin(), entries.end(), [](const EntryChange &first, const EntryChange &second) {
         return placeOf(first) < placeOf(second);
@@ -74,7 +81,7 @@ ImportPlan planImport(const Document &document, PlanningClient &client) {
 
     plan.changes = client.settle();
     requireForesight(client, plan.changes);
-    plan.entries = entryChanges(plan.changes, document.contents.entries);
+    plan.entries = entryChanges(plan.changes, document);
     plan.entryNames = changedEntries(plan.changes, client);
     return plan;
 }

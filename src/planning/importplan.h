@@ -24,7 +24,7 @@ struct EntryChange {
 struct ImportPlan {
     QByteArray current;                ///< the document of the settings before
     ChangeSet changes;                 ///< what would differ in the registry
-    QVector<EntryChange> entries;      ///< in the order of their paths
+    QVector<EntryChange> entries;      ///< directory by directory, those that are dropped first
     QMap<QString, QString> entryNames; ///< by path, of all sessions and printers in which something changes
     QVector<Warning> unknown;          ///< settings that the device does not have: path and text
     QVector<Warning> warnings;         ///< what else would not be done

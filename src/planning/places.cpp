@@ -12,7 +12,7 @@ const QString printers = QStringLiteral("/printers/");
 
 /// The end of the directory that @p kind names in @p path, its "/" included; -1 where there is none.
 int endOfDirectory(const QString &path, const QString &kind) {
-    const int start = path.indexOf(kind, viewRoot().size() + 1);
+    const int start = path.indexOf(kind, viewRoot().size());
     return start < 0 ? -1 : start + kind.size();
 }
 

@@ -53,10 +53,14 @@ int PlanningClient::set(const QString &path, const QString &value, const _RegEnt
     // A pending directory may become a key, one that was committed may not: the directory above answers as it would.
     const bool isRefused = now.isDirectory() && isCommittedDirectory(path);
     const int status = TessaroClient::set(isRefused ? ViewKey(path).parent() : path, value, param);
-    if (status == 0) {
-        changes.record(path, now, wanted);
-        remember(Operation::Set, path, value);
+    if (status != 0) {
+        const bool isExplained =
+            now.isAbsent() ? !readNode(*this, ViewKey(path).parent()).isDirectory() : now.isDirectory();
+        require(isExplained, TessaroError(path, status));
+        return status;
     }
+    changes.record(path, now, wanted);
+    remember(Operation::Set, path, value);
     return status;
 }
 
@@ -80,8 +84,11 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     for (ViewKey at = path; !at.isEmpty() && readNode(*this, at).isAbsent(); at = at.parent())
         topmost = at;
     const int status = TessaroClient::create(path, type);
-    if (status != 0 || topmost.isEmpty())
+    if (status != 0 || topmost.isEmpty()) {
+        const bool isExplained = topmost.isEmpty() || readNode(*this, topmost.parent()).isKey();
+        require(isExplained, TessaroError(path, status));
         return status;
+    }
 
     QStringList made;
     visitNodes(*this, topmost, [&](const QString &visited, const Node &node) {
@@ -101,11 +108,11 @@ int PlanningClient::del(const QString &path) {
     std::vector<std::pair<QString, Node>> standing;
     visitNodes(*this, path, [&](const QString &visited, const Node &node) { standing.emplace_back(visited, node); });
     const int status = TessaroClient::del(path);
-    if (status == 0) {
-        for (const auto &[deleted, node] : standing)
-            changes.record(deleted, node, {});
+    require(status == 0 || standing.empty(), TessaroError(path, status));
+    for (const auto &[deleted, node] : standing)
+        changes.record(deleted, node, {});
+    if (status == 0)
         remember(Operation::Delete, path);
-    }
     return status;
 }
 

@@ -17,7 +17,8 @@ namespace quendar {
 /// it is destroyed nothing has happened. What differs by then is a `ChangeSet`.
 ///
 /// It cannot work on a registry library that does not keep pending changes as the interface demands. What it notices of
-/// that, it throws as Error; a registry that fails to list is a TessaroError.
+/// that, it throws as Error. A registry that fails to list, or refuses a change for no reason that can be seen, is a
+/// TessaroError: an import might go on after it, but a plan of that would be another one each time.
 class PlanningClient : public TessaroClient {
 public:
     /// The text that stands at @p path already is neither set nor remembered.
