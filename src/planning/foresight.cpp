@@ -3,14 +3,15 @@
 
 #include "registry/childrencache.h"
 #include "registry/viewkey.h"
-#include "report/error.h"
+#include "registry/viewpaths.h"
+#include "stages/exportsettings.h"
 
 namespace quendar {
 
 namespace {
 
-Error impossible(const QString &reason, const QString &path) {
-    return Error(QStringLiteral("impossible to plan: ") + reason + QStringLiteral(": ") + path);
+Error changedMeanwhile(const QString &path) {
+    return impossibleToPlan(QStringLiteral("it is being changed by somebody else"), path);
 }
 
 /// Looks at what directories list, each of which is read once.
@@ -30,21 +31,27 @@ void requireUnseen(TessaroClient &other, const QString &path, const Change &chan
     if (seen == change.before)
         return;
     if (seen == change.after)
-        throw impossible(QStringLiteral("the registry has committed what is pending, or another import runs"), path);
-    throw impossible(QStringLiteral("it is being changed by somebody else"), path);
+        throw impossibleToPlan(QStringLiteral("the registry has committed what is pending, or another import runs"),
+                               path);
+    throw changedMeanwhile(path);
 }
 
 } // namespace
 
-void requireForesight(TessaroClient &planner, const ChangeSet &changes) {
+Error impossibleToPlan(const QString &reason, const QString &path) {
+    return Error(QStringLiteral("impossible to plan: ") + reason + QStringLiteral(": ") + path);
+}
+
+void requireForesight(TessaroClient &planner, const ChangeSet &changes, const QByteArray &current) {
     Listings listings(planner);
     TessaroClient other;
     for (auto change = changes.byPath().cbegin(); change != changes.byPath().cend(); ++change) {
         const QString &path = change.key();
         requireUnseen(other, path, *change);
         if (readNode(planner, path) != change->after || listings.contain(path) == change->after.isAbsent())
-            throw impossible(QStringLiteral("the registry does not show what is pending"), path);
+            throw impossibleToPlan(QStringLiteral("the registry does not show what is pending"), path);
     }
+    require(exportSettings(other).document == current, changedMeanwhile(viewRoot()));
 }
 
 void requireDropped(TessaroClient &planner, const ChangeSet &dropped) {
@@ -52,13 +59,13 @@ void requireDropped(TessaroClient &planner, const ChangeSet &dropped) {
     for (auto change = dropped.byPath().cbegin(); change != dropped.byPath().cend(); ++change) {
         requireUnseen(other, change.key(), *change);
         if (readNode(planner, change.key()) != change->before)
-            throw impossible(QStringLiteral("the registry keeps what was rolled back"), change.key());
+            throw impossibleToPlan(QStringLiteral("the registry keeps what was rolled back"), change.key());
     }
 }
 
 void requireUnknown(TessaroClient &planner, const QString &path) {
     if (!readNode(planner, path).isAbsent())
-        throw impossible(QStringLiteral("the registry does not say the same twice"), path);
+        throw impossibleToPlan(QStringLiteral("the registry does not say the same twice"), path);
 }
 
 } // namespace quendar

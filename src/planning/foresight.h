@@ -3,13 +3,17 @@
 #pragma once
 
 #include "planning/changeset.h"
+#include "report/error.h"
 
 namespace quendar {
 
+/// Why there is no plan: "impossible to plan: REASON: PATH".
+Error impossibleToPlan(const QString &reason, const QString &path);
+
 /// Looks at each path of @p changes, which are pending in @p planner, through it and through a client of its own.
 /// Throws Error where the registry's library hides pending changes from their client or shows them to others, and where
-/// somebody else has changed such a path since.
-void requireForesight(TessaroClient &planner, const ChangeSet &changes);
+/// somebody else has changed a setting since they were exported as @p current.
+void requireForesight(TessaroClient &planner, const ChangeSet &changes, const QByteArray &current);
 
 /// The same of @p dropped, which @p planner has rolled back: all stands as before.
 void requireDropped(TessaroClient &planner, const ChangeSet &dropped);

@@ -80,7 +80,8 @@ ImportPlan planImport(const Document &document, PlanningClient &client) {
     applyDocument(document.text, applier);
 
     plan.changes = client.settle();
-    requireForesight(client, plan.changes);
+    if (!plan.isEmpty())
+        requireForesight(client, plan.changes, plan.current);
     plan.entries = entryChanges(plan.changes, document);
     plan.entryNames = changedEntries(plan.changes, client);
     return plan;

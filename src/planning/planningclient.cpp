@@ -5,7 +5,6 @@
 #include "planning/foresight.h"
 #include "registry/viewkey.h"
 #include "registry/viewpaths.h"
-#include "report/error.h"
 
 #include <QtCore/QUuid>
 
@@ -25,14 +24,6 @@ bool belongsToDevice(const ViewKey &entry, const QString &topmostMissing) {
         directory.name() == QLatin1String("sessions") && element::sessionTypes().contains(section.name());
     const bool isPrinter = directory.name() == QLatin1String("printers") && section.name() == element::printerSection;
     return (isSession || isPrinter) && section.parent() == viewRoot() && topmostMissing.size() > section.size();
-}
-
-Error hidesPending(const QString &path) {
-    return Error(QStringLiteral("impossible to plan: the registry does not show what is pending: ") + path);
-}
-
-Error noDefaults(const QString &path) {
-    return Error(QStringLiteral("impossible to plan: the registry fills a new entry with no settings: ") + path);
 }
 
 /// The nodes below @p path, by their paths from there.
@@ -95,11 +86,12 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
         changes.record(visited, {}, node);
         made.append(visited);
     });
-    require(made.contains(path), hidesPending(path));
+    require(made.contains(path), impossibleToPlan(QStringLiteral("the registry does not show what is pending"), path));
     // A library that fills entries only when they are committed would have all their settings shown as unknown.
     if (changes.byPath().value(path).before.isDirectory())
         requireFresh(path);
-    require(made.last() != path || !belongsToDevice(path, topmost), noDefaults(path));
+    require(made.last() != path || !belongsToDevice(path, topmost),
+            impossibleToPlan(QStringLiteral("the registry fills a new entry with no settings"), path));
     remember(Operation::Create, path);
     return status;
 }
@@ -152,7 +144,7 @@ void PlanningClient::requireFresh(const QString &path) {
     TessaroClient::create(other, RegTypeString);
     const bool isFresh = contentsOf(*this, path) == contentsOf(*this, other);
     TessaroClient::del(other);
-    require(isFresh, Error(QStringLiteral("impossible to plan: the registry brings back what was deleted: ") + path));
+    require(isFresh, impossibleToPlan(QStringLiteral("the registry brings back what was deleted"), path));
 }
 
 void PlanningClient::repeat(const Operation &operation) {
