@@ -32,6 +32,8 @@ foreach(program quendarsettings quendar-change)
     RENAME ${program} COMPONENT ${program})
 endforeach()
 install(FILES docs/change.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quendar-change COMPONENT quendar-change)
+install(DIRECTORY examples/drift DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quendar-change/examples
+  USE_SOURCE_PERMISSIONS COMPONENT quendar-change)
 
 if(TESSARO STREQUAL "standin")
   set(examples ${CMAKE_INSTALL_DATADIR}/doc/tessaro-standin/examples)
