@@ -17,13 +17,14 @@ Device::Device(const QString &json) {
     qunsetenv("DISPLAY");
     for (const char *const name : {"bin", "hooks", "home", "tmp"})
         QDir(folder.path()).mkdir(QLatin1String(name));
-    for (const char *const program : {TOOL_PROGRAM, TESSARO_PROGRAM, APPLY_PROGRAM})
+    for (const char *const program : {TOOL_PROGRAM, CHANGE_PROGRAM, TESSARO_PROGRAM, APPLY_PROGRAM})
         addProgram(QFile::decodeName(program));
     const QByteArray here = QFile::encodeName(folder.path());
     environment = {{"PATH", TEST_PROGRAMS ":" + here + "/bin:" + qgetenv("PATH")},
                    {"TESSARO_REGISTRY", here + "/registry.db"},
                    {"TESSARO_APPLY_DIR", here + "/hooks"},
                    {"TESSARO_APPLY_SERVICE", here + "/bin/tessaro-apply"},
+                   {"QUENDAR_CHANGE_SECRETS", here + "/secrets"},
                    {"TMPDIR", here + "/tmp"}};
     load(contentsOf(json));
 }
