@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# What is installed beside the programs and libraries, and the two Debian packages made of it.
+# What is installed beside the programs and libraries, and the Debian packages made of it.
 
 find_program(GZIP_EXECUTABLE gzip REQUIRED)
 
@@ -25,17 +25,23 @@ function(install_package_documents component)
 endfunction()
 
 set(man ${PROJECT_SOURCE_DIR}/docs/man)
-install_package_documents(quendarsettings)
-install_compressed(${man}/quendarsettings.1 quendarsettings ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES packaging/completion/quendarsettings.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-  RENAME quendarsettings COMPONENT quendarsettings)
+foreach(program quendarsettings quendar-change)
+  install_package_documents(${program})
+  install_compressed(${man}/${program}.1 ${program} ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES packaging/completion/${program}.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+    RENAME ${program} COMPONENT ${program})
+endforeach()
+install(FILES docs/change.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quendar-change COMPONENT quendar-change)
+install(DIRECTORY examples/drift DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quendar-change/examples
+  USE_SOURCE_PERMISSIONS COMPONENT quendar-change)
 
 if(TESSARO STREQUAL "standin")
   set(examples ${CMAKE_INSTALL_DATADIR}/doc/tessaro-standin/examples)
   install_package_documents(tessaro-standin)
   install_compressed(${man}/tessaro.1 tessaro-standin ${CMAKE_INSTALL_MANDIR}/man1)
   install_compressed(${man}/tessaro-apply.8 tessaro-standin ${CMAKE_INSTALL_MANDIR}/man8)
-  install(FILES examples/device.json examples/new-configuration.xml DESTINATION ${examples} COMPONENT tessaro-standin)
+  install(FILES examples/device.json examples/new-configuration.xml examples/berlin.xml
+    DESTINATION ${examples} COMPONENT tessaro-standin)
   install(DIRECTORY examples/apply.d DESTINATION ${examples} USE_SOURCE_PERMISSIONS COMPONENT tessaro-standin)
   install(FILES packaging/tessaro-standin/overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
     RENAME tessaro-standin COMPONENT tessaro-standin)
@@ -75,10 +81,10 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 if(TESSARO STREQUAL "standin")
-  set(CPACK_COMPONENTS_ALL quendarsettings tessaro-standin)
+  set(CPACK_COMPONENTS_ALL quendarsettings quendar-change tessaro-standin)
   set(library_folders ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 else()
-  set(CPACK_COMPONENTS_ALL quendarsettings)
+  set(CPACK_COMPONENTS_ALL quendarsettings quendar-change)
   cmake_path(GET TESSARO_CLIENT_LIBRARY PARENT_PATH client_folder)
   cmake_path(GET TESSARO_LIBRARY PARENT_PATH base_folder)
   set(library_folders ${client_folder} ${base_folder})
@@ -104,6 +110,16 @@ quendarsettings writes the settings of a thin client into one XML document,
 and brings such a document back onto the same or another device: it stores
 what differs, has the changed sections applied, and starts the action that
 they ask for.")
+
+# A package of its own, so that a device which only exports and imports stays as small as it is.
+set(CPACK_DEBIAN_QUENDAR-CHANGE_PACKAGE_NAME quendar-change)
+set(CPACK_DEBIAN_QUENDAR-CHANGE_PACKAGE_DEPENDS "${CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_DEPENDS}")
+# what it foretells is what this version would do
+set(CPACK_DEBIAN_QUENDAR-CHANGE_PACKAGE_RECOMMENDS "quendarsettings (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_QUENDAR-CHANGE_DESCRIPTION "see what an import of settings would do on a thin client
+quendar-change tells what quendarsettings would change on this device by a
+document, before it does it; whether an exported document would bring all
+settings back; and makes copies of documents without passphrases.")
 
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_NAME tessaro-standin)
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_PROVIDES libtessaroclient)

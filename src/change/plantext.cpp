@@ -109,14 +109,16 @@ private:
         return below.isEmpty() ? QStringLiteral("(itself)") : readable(below);
     }
 
+    /// A session or printer by its name, or else by its id, unless that is another each time.
     QString entryLabel(const QString &entry, const QString &name) const {
-        return kindOf(entry) + QLatin1Char(' ') +
-               (name.isEmpty() ? readable(nameIn(entry).toString()) : shownText(nameKeyOf(entry), name));
+        const QString id =
+            plan.madeUpEntries.contains(entry) ? QStringLiteral("without a name") : readable(nameIn(entry).toString());
+        return kindOf(entry) + QLatin1Char(' ') + (name.isEmpty() ? id : shownText(nameKeyOf(entry), name));
     }
 
     const ImportPlan &plan;
     const Masking &masking;
-    QSet<QString> wholeEntries;
+    QSet<QString> wholeEntries; // made or dropped
 };
 
 /// How many lines bear each mark.

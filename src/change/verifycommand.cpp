@@ -11,6 +11,9 @@ namespace quendar {
 
 namespace {
 
+/// Keys not carried that are shown; a screen has some more.
+constexpr int maximumLines = 20;
+
 QString listed(const QString &title, const QMap<QString, QString> &reasonsByPath) {
     QString text = reasonsByPath.isEmpty() ? QString() : title + QLatin1Char('\n');
     for (auto reason = reasonsByPath.cbegin(); reason != reasonsByPath.cend(); ++reason)
@@ -23,11 +26,13 @@ QByteArray verificationText(const Verification &found) {
     QString text = listed(QStringLiteral("Lost:"), found.lost) + listed(QStringLiteral("Altered:"), found.altered);
     if (!found.notCarried.isEmpty())
         text += QStringLiteral("Not in the document, and so on no other device:\n");
-    for (const QString &path : found.notCarried)
+    for (const QString &path : found.notCarried.mid(0, maximumLines))
         text += QStringLiteral("  ") + readable(path) + QLatin1Char('\n');
-    text += QStringLiteral("Settings of the document: %1, lost: %2, altered: %3\n")
+    if (found.notCarried.size() > maximumLines)
+        text += QStringLiteral("  … and %1 more\n").arg(found.notCarried.size() - maximumLines);
+    text += QStringLiteral("Settings of the document: %1, lost: %2, altered: %3; not in it: %4\n")
                 .arg(QString::number(found.settings), QString::number(found.lost.size()),
-                     QString::number(found.altered.size()));
+                     QString::number(found.altered.size()), QString::number(found.notCarried.size()));
     return text.toUtf8();
 }
 

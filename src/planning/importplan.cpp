@@ -26,14 +26,7 @@ auto placeOf(const EntryChange &entry) {
                            entry.isIdMadeUp ? entry.name : entry.path);
 }
 
-/// Whether the document says nowhere what the entry at @p path, which an import makes, is called.
-bool isMadeUp(const QString &path, const Document &document) {
-    const QUuid id(nameIn(path).toString());
-    return !id.isNull() && !document.contents.entries.contains(path) &&
-           !document.text.contains(id.toString(QUuid::WithoutBraces), Qt::CaseInsensitive);
-}
-
-QVector<EntryChange> entryChanges(const ChangeSet &changes, const Document &document) {
+QVector<EntryChange> entryChanges(const ChangeSet &changes, const QSet<QString> &madeUp) {
     QVector<EntryChange> entries;
     for (auto change = changes.byPath().cbegin(); change != changes.byPath().cend(); ++change) {
         const QString &path = change.key();
@@ -42,7 +35,7 @@ QVector<EntryChange> entryChanges(const ChangeSet &changes, const Document &docu
         if (entryOf(path) != path || (!isMade && !isDropped))
             continue;
         const Change name = changes.byPath().value(nameKeyOf(path));
-        entries.append({path, (isMade ? name.after : name.before).text, isMade, isMade && isMadeUp(path, document)});
+        entries.append({path, (isMade ? name.after : name.before).text, isMade, madeUp.contains(path)});
     }
     std::stable_sort(entries.begin(), entries.end(), [](const EntryChange &first, const EntryChange &second) {
         return placeOf(first) < placeOf(second);
@@ -50,16 +43,36 @@ QVector<EntryChange> entryChanges(const ChangeSet &changes, const Document &docu
     return entries;
 }
 
-/// The names of the sessions and printers in which something changes, by their paths.
-QMap<QString, QString> changedEntries(const ChangeSet &changes, TessaroClient &client) {
+/// The names of the sessions and printers in which something changes or is not known, by their paths.
+QMap<QString, QString> entryNames(const ImportPlan &plan, TessaroClient &client) {
+    QStringList paths = plan.changes.byPath().keys();
+    for (const Warning &setting : plan.unknown)
+        paths.append(setting.path);
     QMap<QString, QString> names;
-    const QList<QString> paths = changes.byPath().keys();
-    for (const QString &path : paths) {
+    for (const QString &path : std::as_const(paths)) {
         const QString entry = entryOf(path);
         if (!entry.isEmpty() && !names.contains(entry))
             names.insert(entry, readNode(client, nameKeyOf(entry)).text);
     }
     return names;
+}
+
+/// Those of them that did not stand before, and whose ids the document does not give.
+QSet<QString> madeUpEntries(const ImportPlan &plan, const Document &document, TessaroClient &client) {
+    const auto stoodBefore = [&](const QString &entry) {
+        const auto change = plan.changes.byPath().constFind(entry);
+        return change == plan.changes.byPath().cend() ? !readNode(client, entry).isAbsent()
+                                                      : !change->before.isAbsent();
+    };
+    QSet<QString> madeUp;
+    for (auto entry = plan.entryNames.keyBegin(); entry != plan.entryNames.keyEnd(); ++entry) {
+        const QUuid id(nameIn(*entry).toString());
+        const bool isGiven = id.isNull() || document.contents.entries.contains(*entry) ||
+                             document.text.contains(id.toString(QUuid::WithoutBraces), Qt::CaseInsensitive);
+        if (!isGiven && !stoodBefore(*entry))
+            madeUp.insert(*entry);
+    }
+    return madeUp;
 }
 
 } // namespace
@@ -82,8 +95,9 @@ ImportPlan planImport(const Document &document, PlanningClient &client) {
     plan.changes = client.settle();
     if (!plan.isEmpty())
         requireForesight(client, plan.changes, plan.current);
-    plan.entries = entryChanges(plan.changes, document);
-    plan.entryNames = changedEntries(plan.changes, client);
+    plan.entryNames = entryNames(plan, client);
+    plan.madeUpEntries = madeUpEntries(plan, document, client);
+    plan.entries = entryChanges(plan.changes, plan.madeUpEntries);
     return plan;
 }
 

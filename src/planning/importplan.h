@@ -6,6 +6,7 @@
 #include "planning/changeset.h"
 #include "report/warning.h"
 
+#include <QtCore/QSet>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
@@ -25,7 +26,8 @@ struct ImportPlan {
     QByteArray current;                ///< the document of the settings before
     ChangeSet changes;                 ///< what would differ in the registry
     QVector<EntryChange> entries;      ///< directory by directory, those that are dropped first
-    QMap<QString, QString> entryNames; ///< by path, of all sessions and printers in which something changes
+    QMap<QString, QString> entryNames; ///< by path, of all sessions and printers that this is about
+    QSet<QString> madeUpEntries;       ///< those of them whose ids the import makes up, others each time
     QVector<Warning> unknown;          ///< settings that the device does not have: path and text
     QVector<Warning> warnings;         ///< what else would not be done
     QStringList sections;              ///< those to be applied, in order; one may be there twice

@@ -15,15 +15,15 @@ namespace quendar {
 
 namespace {
 
-/// Whether the new @p entry is a session or a printer of a section that the device has: what is missing begins at
-/// @p topmostMissing. Elsewhere nobody expects defaults.
-bool belongsToDevice(const ViewKey &entry, const QString &topmostMissing) {
+/// Whether @p entry is a session or a printer where a section of the device has them. Elsewhere nobody expects
+/// defaults.
+bool isInSectionOfEntries(const ViewKey &entry) {
     const ViewKey directory = entry.parent();
     const ViewKey section = directory.parent();
     const bool isSession =
         directory.name() == QLatin1String("sessions") && element::sessionTypes().contains(section.name());
     const bool isPrinter = directory.name() == QLatin1String("printers") && section.name() == element::printerSection;
-    return (isSession || isPrinter) && section.parent() == viewRoot() && topmostMissing.size() > section.size();
+    return (isSession || isPrinter) && section.parent() == viewRoot();
 }
 
 /// The nodes below @p path, by their paths from there.
@@ -90,7 +90,8 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     // A library that fills entries only when they are committed would have all their settings shown as unknown.
     if (changes.byPath().value(path).before.isDirectory())
         requireFresh(path);
-    require(made.last() != path || !belongsToDevice(path, topmost),
+    const bool isExpectingDefaults = isInSectionOfEntries(path) && !isMade(ViewKey(path).parent().parent());
+    require(made.last() != path || !isExpectingDefaults,
             impossibleToPlan(QStringLiteral("the registry fills a new entry with no settings"), path));
     remember(Operation::Create, path);
     return status;
@@ -125,6 +126,12 @@ const ChangeSet &PlanningClient::settle() {
 void PlanningClient::remember(Operation::Kind kind, const QString &path, const QString &value) {
     uncommitted.emplace(path, operations.size());
     operations.append({kind, path, value, false});
+}
+
+/// Whether what stands at @p path did not stand there at first.
+bool PlanningClient::isMade(const QString &path) const {
+    const auto change = changes.byPath().constFind(path);
+    return change != changes.byPath().cend() && change->before.isAbsent();
 }
 
 /// Whether the directory at @p path, which is empty, was made and then committed.

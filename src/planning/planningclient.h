@@ -46,6 +46,7 @@ private:
     };
 
     void remember(Operation::Kind kind, const QString &path, const QString &value = {});
+    bool isMade(const QString &path) const;
     bool isCommittedDirectory(const QString &path) const;
     void requireFresh(const QString &path);
     void repeat(const Operation &operation);

@@ -4,6 +4,7 @@
 #include "document/elements.h"
 #include "document/structure.h"
 #include "planning/places.h"
+#include "registry/viewkey.h"
 #include "report/error.h"
 
 #include <QtXml/QXmlDefaultHandler>
@@ -22,6 +23,13 @@ QString escaped(QString text) {
         .replace(QLatin1Char('<'), QLatin1String("&lt;"))
         .replace(QLatin1Char('>'), QLatin1String("&gt;"))
         .replace(QLatin1Char('\r'), QLatin1String("&#13;"));
+}
+
+/// Whether an import looks at an attribute of that name. In any other, anything may be written.
+bool isOfFormat(const QString &attribute) {
+    static const QStringList known = {QStringLiteral("id"), QStringLiteral("version"),
+                                      QStringLiteral("creator_version"), QStringLiteral("creator")};
+    return known.contains(attribute) || attribute.startsWith(QLatin1String("xmlns"));
 }
 
 QT_WARNING_PUSH
@@ -49,7 +57,7 @@ public:
     bool startElement(const QString & /*namespaceUri*/, const QString &localName, const QString &qualifiedName,
                       const QXmlAttributes &attributes) override {
         writeWaiting();
-        waiting = Tag{qualifiedName, attributes, std::exchange(text, {})};
+        waiting = Tag{qualifiedName, attributes, takeText()};
         return structure.enter(localName, attributes.value(QStringLiteral("id")));
     }
 
@@ -58,12 +66,16 @@ public:
         return true;
     }
 
-    bool endElement(const QString & /*namespaceUri*/, const QString &localName, const QString &qualifiedName) override {
-        const QString content = std::exchange(text, {});
-        if (waiting && isSecret(localName)) {
-            secretPaths.insert(structure.path());
+    bool endElement(const QString & /*namespaceUri*/, const QString & /*localName*/,
+                    const QString &qualifiedName) override {
+        if (waiting && isSecret()) {
+            secretPaths.append(structure.path());
             waiting.reset();
-        } else if (waiting && content.isEmpty()) {
+            text.clear();
+            return structure.leave();
+        }
+        const QString content = takeText();
+        if (waiting && content.isEmpty()) {
             writeWaiting(QStringLiteral("/>"));
         } else {
             writeWaiting();
@@ -78,7 +90,7 @@ public:
         return false;
     }
 
-    const QSet<QString> &dropped() const { return secretPaths; }
+    const QStringList &dropped() const { return secretPaths; }
 
 private:
     struct Tag {
@@ -92,17 +104,28 @@ private:
             return;
         document += escaped(waiting->before) + QLatin1Char('<') + waiting->name;
         for (int i = 0; i < waiting->attributes.count(); ++i)
-            document +=
-                QStringLiteral(" %1=\"%2\"")
-                    .arg(waiting->attributes.qName(i),
-                         escaped(waiting->attributes.value(i)).replace(QLatin1Char('"'), QLatin1String("&quot;")));
+            if (isOfFormat(waiting->attributes.qName(i)))
+                document +=
+                    QStringLiteral(" %1=\"%2\"")
+                        .arg(waiting->attributes.qName(i),
+                             escaped(waiting->attributes.value(i)).replace(QLatin1Char('"'), QLatin1String("&quot;")));
         document += end;
         waiting.reset();
     }
 
-    bool isSecret(const QString &key) const {
+    /// The text since the last tag. What stands beside other elements is set as well, piece by piece.
+    QString takeText() {
+        const QString taken = std::exchange(text, {});
+        if (taken.trimmed().isEmpty() || !isSecret())
+            return taken;
+        secretPaths.append(structure.path());
+        return {};
+    }
+
+    /// Whether the innermost open element is named as a secret.
+    bool isSecret() const {
         const QString path = structure.path();
-        return secrets.include(key) && !(isInPrinter(path) && path == nameKeyOf(entryOf(path)));
+        return secrets.include(nameIn(path).toString()) && !(isInPrinter(path) && path == nameKeyOf(entryOf(path)));
     }
 
     const Secrets &secrets;
@@ -110,7 +133,7 @@ private:
     Structure structure;
     std::optional<Tag> waiting;
     QString text; // since the last tag
-    QSet<QString> secretPaths;
+    QStringList secretPaths;
     std::optional<Error> failure;
 };
 
@@ -122,17 +145,14 @@ Redaction redacted(const Document &document, const Secrets &secrets) {
     Redactor redactor(secrets);
     Redaction result;
     result.document = redactor.redact(document.text);
-    // also those without an id, which share a path
+    result.dropped = redactor.dropped();
+    QSet<QString> affected;
+    for (const QString &path : result.dropped)
+        affected.insert(entryOf(path));
     const DocumentSettings held = readSettings(document.text);
-    QSet<int> entries;
-    for (const DocumentSetting &setting : held.settings) {
-        if (!redactor.dropped().contains(setting.path))
-            continue;
-        result.dropped.append(setting.path);
-        if (setting.entry >= 0 && !entries.contains(setting.entry))
-            result.entries.append(held.entries.at(setting.entry));
-        entries.insert(setting.entry);
-    }
+    for (const DocumentEntry &entry : held.entries)
+        if (affected.contains(entry.path))
+            result.entries.append(entry);
     return result;
 }
 

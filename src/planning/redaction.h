@@ -18,8 +18,8 @@ struct Redaction {
 
 /// @p document without the elements of secret keys. What an import of it does not find it leaves as the device has it;
 /// a session or printer that is new there has the device's defaults. Left out are also comments, processing
-/// instructions and the document type, in which anything may be written. A printer's name stays: by it the printer is
-/// known. Throws Error for a document that cannot be read.
+/// instructions, the document type, and attributes that an import does not look at: anything may be written in them. A
+/// printer's name stays: by it the printer is known. Throws Error for a document that cannot be read.
 Redaction redacted(const Document &document, const Secrets &secrets);
 
 } // namespace quendar

@@ -69,9 +69,9 @@ public:
             ++times[setting.path];
         for (const Warning &warning : plan.unknown)
             unknown.insert(warning.path);
-        for (const EntryChange &entry : plan.entries)
-            if (entry.isIdMadeUp && !isInPrinter(entry.path))
-                madeUp.insert(entry.path);
+        for (const QString &entry : plan.madeUpEntries)
+            if (!isInPrinter(entry))
+                madeUp.insert(entry);
     }
 
     /// Looks for all that the document holds in the one that comes back.
@@ -114,7 +114,7 @@ private:
     void compare(const DocumentSetting &setting) {
         const QStringList places = placesOf(setting);
         const bool isBlank = setting.text.trimmed().isEmpty();
-        QString place = places.isEmpty() ? setting.path : places.first();
+        QString place = places.first();
         for (const QString &candidate : places) {
             carried.insert(candidate);
             if (isBlank && returned.isDirectory(candidate))
@@ -142,12 +142,10 @@ private:
         const bool hasId = !QUuid(nameIn(entry.path).toString()).isNull();
         const bool isPrinter = isInPrinter(entry.path);
         QStringList places;
-        if (hasId)
-            places.append(setting.path);
         for (const QString &namesake : returned.namesakes(entry.path, entry.name))
             if (isPrinter || (!hasId && madeUp.contains(namesake)))
                 places.append(namesake + setting.path.mid(entry.path.size()));
-        return places;
+        return places.isEmpty() ? QStringList(setting.path) : places;
     }
 
     QString alterationOf(const DocumentSetting &setting, const QString &place) const {
