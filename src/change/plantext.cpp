@@ -18,7 +18,7 @@ namespace {
 constexpr int maximumLines = 20;
 
 /// Labels are filled up to the longest of their section, but not beyond this.
-constexpr int maximumColumn = 44;
+constexpr int maximumColumn = 46;
 
 /// One change of a section.
 struct Line {

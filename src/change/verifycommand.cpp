@@ -30,10 +30,12 @@ QByteArray verificationText(const Verification &found) {
         text += QStringLiteral("  ") + readable(path) + QLatin1Char('\n');
     if (found.notCarried.size() > maximumLines)
         text += QStringLiteral("  … and %1 more\n").arg(found.notCarried.size() - maximumLines);
-    text += QStringLiteral("Settings of the document: %1, lost: %2, altered: %3; not in it: %4\n")
+    text += QStringLiteral("Settings of the document: %1, lost: %2, altered: %3")
                 .arg(QString::number(found.settings), QString::number(found.lost.size()),
-                     QString::number(found.altered.size()), QString::number(found.notCarried.size()));
-    return text.toUtf8();
+                     QString::number(found.altered.size()));
+    if (!found.notCarried.isEmpty())
+        text += QStringLiteral("; keys that are not in it: %1").arg(found.notCarried.size());
+    return (text + QLatin1Char('\n')).toUtf8();
 }
 
 } // namespace
