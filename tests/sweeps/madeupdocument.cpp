@@ -39,13 +39,13 @@ public:
 
     void makeOne() {
         using E = Edits;
-        static void (E::*const often[])() = {&E::changeValue, &E::changeValue,   &E::addUnknown,  &E::dropAny,
-                                             &E::dropSection, &E::moveSection,   &E::copyEntry,   &E::copyEntry,
-                                             &E::dropEntry,   &E::repeatSection, &E::renameEntry, &E::emptyValue,
-                                             &E::splitValue,  &E::addBlanks,     &E::renameId,    &E::emptySection};
+        static void (E::*const often[])() = {
+            &E::changeValue, &E::changeValue, &E::addUnknown, &E::dropAny,       &E::dropSection, &E::moveSection,
+            &E::copyEntry,   &E::copyEntry,   &E::dropEntry,  &E::repeatSection, &E::renameEntry, &E::emptyValue,
+            &E::splitValue,  &E::addBlanks,   &E::renameId,   &E::emptySection,  &E::moveEntries};
         static void (E::*const seldom[])() = {&E::renameElement, &E::nestRoot,    &E::renameRoot,
                                               &E::addNamespace,  &E::putTextInto, &E::nestEntries};
-        (this->*(sweep.chance(93) ? often[sweep.below(16)] : seldom[sweep.below(6)]))();
+        (this->*(sweep.chance(93) ? often[sweep.below(17)] : seldom[sweep.below(6)]))();
     }
 
 private:
@@ -107,6 +107,8 @@ private:
         if (sweep.chance(30))
             giveId(entry);
     }
+    /// To a section that the device does not have.
+    void moveEntries() { any(hasEntries).setTagName(QStringLiteral("vmware")); }
     void giveId(QDomElement entry) {
         entry.removeAttribute(idAttribute);
         if (sweep.chance(60))

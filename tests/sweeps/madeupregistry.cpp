@@ -124,7 +124,7 @@ void MadeUpRegistry::addEntries(const QString &section, const QString &kind) {
             entry.insert(madeUpName(sweep), directory(1)); // no template brings it back
         entries.insert(name, entry);
     }
-    view.insert(section, QJsonObject{{kind, entries}});
+    view.insert(section, sometimes(10) ? QJsonObject() : QJsonObject{{kind, entries}});
     if (sometimes(10)) {
         isWithoutDefaults = true;
         return;
