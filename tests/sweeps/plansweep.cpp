@@ -160,8 +160,9 @@ Nodes foretold(Nodes nodes, const QJsonObject &plan, Comparison &comparison) {
         const QJsonObject change = item.toObject();
         const QString path = slash + word(change, "path");
         const QJsonValue after = change.value(QLatin1String("after"));
-        comparison.demand(nodes.value(path, QJsonValue::Null) == change.value(QLatin1String("before")),
-                          QStringLiteral("before the change: ") + path);
+        const QJsonValue before = change.value(QLatin1String("before"));
+        comparison.demand(nodes.value(path, QJsonValue::Null) == before && before != after,
+                          QStringLiteral("no such change: ") + path);
         nodes.remove(path);
         if (!after.isNull())
             nodes.insert(path, after);
