@@ -32,6 +32,10 @@ Node readNode(TessaroClient &client, const QString &path) {
     return nodeOf(client, path, listed(client, path));
 }
 
+bool isStanding(TessaroClient &client, const QString &path) {
+    return client.contains(path) == 0 || !readNode(client, path).isAbsent();
+}
+
 void visitNodes(TessaroClient &client, const QString &path,
                 const std::function<void(const QString &path, const Node &node)> &visit) {
     const Children listing = listed(client, path);

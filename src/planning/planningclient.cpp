@@ -72,7 +72,7 @@ int PlanningClient::requestApply(const QString & /*section*/, const QString & /*
 
 int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     ViewKey topmost;
-    for (ViewKey at = path; !at.isEmpty() && readNode(*this, at).isAbsent(); at = at.parent())
+    for (ViewKey at = path; !at.isEmpty() && !isStanding(*this, at); at = at.parent())
         topmost = at;
     const int status = TessaroClient::create(path, type);
     if (status != 0 || topmost.isEmpty()) {
