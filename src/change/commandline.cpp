@@ -2,6 +2,7 @@
 #include "change/commandline.h"
 
 #include "change/exitstatus.h"
+#include "change/readable.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QMap>
@@ -44,7 +45,7 @@ void addOption(QCommandLineParser &parser, const QString &name) {
 }
 
 Answer complaint(const QString &text) {
-    return {QStringLiteral("quendar-change: ") + text + QStringLiteral("\n\n") + QString::fromLatin1(usage),
+    return {QStringLiteral("quendar-change: ") + readable(text) + QStringLiteral("\n\n") + QString::fromLatin1(usage),
             exitstatus::wrongUsage};
 }
 

@@ -3,12 +3,14 @@
 #include "change/exitstatus.h"
 #include "change/json.h"
 #include "change/plancommand.h"
+#include "change/readable.h"
 #include "change/redactcommand.h"
 #include "change/standardstreams.h"
 #include "change/verifycommand.h"
 #include "engine/application.h"
 #include "report/error.h"
 
+#include <algorithm>
 #include <cstdio>
 
 using namespace quendar;
@@ -16,7 +18,9 @@ using namespace quendar;
 namespace {
 
 void printError(const QString &message) {
-    std::fprintf(stderr, "error: %s\n", message.toLocal8Bit().constData());
+    QStringList lines = message.split(QLatin1Char('\n'));
+    std::transform(lines.cbegin(), lines.cend(), lines.begin(), readable);
+    std::fprintf(stderr, "error: %s\n", lines.join(QLatin1Char('\n')).toLocal8Bit().constData());
 }
 
 int run(const CommandLine &commandLine) {

@@ -13,23 +13,23 @@
 namespace quendar {
 
 void secureStandardStreams() {
-    // what cannot be written to fails as the closed stream would have
-    int descriptor = ::open("/dev/null", O_RDONLY);
-    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
-        descriptor = ::open("/dev/null", O_RDONLY);
-    if (descriptor >= 0)
-        ::close(descriptor);
+    // a stream that was closed fails as it did: it cannot be read, or not written to
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
+        if (::fcntl(descriptor, F_GETFD) < 0)
+            ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY); // the lowest that is free
     std::signal(SIGPIPE, SIG_IGN);
 }
 
 QByteArray readDocumentAt(const QString &path) {
     QFile file(path);
-    if (path == QLatin1String("-"))
-        require(file.open(stdin, QIODevice::ReadOnly), Error(QStringLiteral("impossible to read standard input")));
-    else
+    const bool isStandardInput = path == QLatin1String("-");
+    if (!isStandardInput)
         openForImport(file);
-    const QByteArray document = readDocument(file);
-    require(file.error() == QFile::NoError, Error(QStringLiteral("impossible to read file: ") + path));
+    const bool isOpen = file.isOpen() || file.open(STDIN_FILENO, QIODevice::ReadOnly);
+    const QByteArray document = isOpen ? readDocument(file) : QByteArray();
+    require(isOpen && file.error() == QFile::NoError,
+            Error(isStandardInput ? QStringLiteral("impossible to read standard input")
+                                  : QStringLiteral("impossible to read file: ") + path));
     return document;
 }
 

@@ -12,4 +12,12 @@ void ChangeSet::record(const QString &path, const Node &before, const Node &afte
         changes.erase(known);
 }
 
+void ChangeSet::copy(const QString &path, const ChangeSet &other) {
+    const auto change = other.changes.constFind(path);
+    if (change == other.changes.cend())
+        changes.remove(path);
+    else
+        changes.insert(path, *change);
+}
+
 } // namespace quendar

@@ -20,7 +20,10 @@ public:
     /// Notes that @p path, at which @p before stood so far, now holds @p after.
     void record(const QString &path, const Node &before, const Node &after);
 
-    /// In the order of the paths.
+    /// Takes over what @p other notes of @p path, be it nothing.
+    void copy(const QString &path, const ChangeSet &other);
+
+    /// In the order of the paths: a directory before what is in it.
     const QMap<QString, Change> &byPath() const { return changes; }
 
 private:

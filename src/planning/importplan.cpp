@@ -11,6 +11,7 @@
 #include "stages/exportsettings.h"
 #include "stages/roomcheck.h"
 
+#include <QtCore/QRegularExpression>
 #include <QtCore/QUuid>
 
 #include <algorithm>
@@ -57,21 +58,32 @@ QMap<QString, QString> entryNames(const ImportPlan &plan, TessaroClient &client)
     return names;
 }
 
+/// All ids that stand in a document, wherever they do.
+QSet<QUuid> idsIn(const QString &text) {
+    static const QRegularExpression form(QStringLiteral("[0-9a-f]{8}-(?:[0-9a-f]{4}-){3}[0-9a-f]{12}"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    QSet<QUuid> ids;
+    for (auto match = form.globalMatch(text); match.hasNext();)
+        ids.insert(QUuid(match.next().captured()));
+    return ids;
+}
+
 /// Those of them that did not stand before, and whose ids the document does not give.
 QSet<QString> madeUpEntries(const ImportPlan &plan, const Document &document, TessaroClient &client) {
-    const auto stoodBefore = [&](const QString &entry) {
+    const auto isNew = [&](const QString &entry) {
         const auto change = plan.changes.byPath().constFind(entry);
-        return change == plan.changes.byPath().cend() ? !readNode(client, entry).isAbsent()
-                                                      : !change->before.isAbsent();
+        return change == plan.changes.byPath().cend() ? readNode(client, entry).isAbsent() : change->before.isAbsent();
     };
     QSet<QString> madeUp;
-    for (auto entry = plan.entryNames.keyBegin(); entry != plan.entryNames.keyEnd(); ++entry) {
-        const QUuid id(nameIn(*entry).toString());
-        const bool isGiven = id.isNull() || document.contents.entries.contains(*entry) ||
-                             document.text.contains(id.toString(QUuid::WithoutBraces), Qt::CaseInsensitive);
-        if (!isGiven && !stoodBefore(*entry))
+    for (auto entry = plan.entryNames.keyBegin(); entry != plan.entryNames.keyEnd(); ++entry)
+        if (!document.contents.entries.contains(*entry) && !QUuid(nameIn(*entry).toString()).isNull() && isNew(*entry))
             madeUp.insert(*entry);
-    }
+    if (madeUp.isEmpty())
+        return madeUp;
+
+    const QSet<QUuid> given = idsIn(document.text);
+    for (auto entry = madeUp.begin(); entry != madeUp.end();)
+        entry = given.contains(QUuid(nameIn(*entry).toString())) ? madeUp.erase(entry) : std::next(entry);
     return madeUp;
 }
 

@@ -32,6 +32,23 @@ Node readNode(TessaroClient &client, const QString &path) {
     return nodeOf(client, path, listed(client, path));
 }
 
+bool isStanding(TessaroClient &client, const QString &path) {
+    return client.contains(path) == 0 || !readNode(client, path).isAbsent();
+}
+
+void writeNode(TessaroClient &client, const QString &path, const Node &node) {
+    const auto check = [&path](int status) { require(status == 0, TessaroError(path, status)); };
+    const Node now = readNode(client, path);
+    if (now == node)
+        return;
+    if (!now.isAbsent() && now.kind != node.kind)
+        check(client.del(path));
+    if (node.isKey())
+        check(client.set(path, node.text, RegParamValue));
+    else if (node.isDirectory())
+        check(client.create(path, RegTypeString));
+}
+
 void visitNodes(TessaroClient &client, const QString &path,
                 const std::function<void(const QString &path, const Node &node)> &visit) {
     const Children listing = listed(client, path);

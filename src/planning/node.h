@@ -31,6 +31,13 @@ inline bool operator!=(const Node &first, const Node &second) {
 /// What @p client sees at @p path. Throws TessaroError when the registry fails: a failure never counts as absence.
 Node readNode(TessaroClient &client, const QString &path);
 
+/// Whether anything stands there; a large directory is not listed for it. Throws likewise.
+bool isStanding(TessaroClient &client, const QString &path);
+
+/// Has @p node stand at @p path, pending in @p client. What stands there and is of another kind goes first, with all
+/// below it; a new directory may come with defaults. Throws TessaroError when the registry fails or refuses.
+void writeNode(TessaroClient &client, const QString &path, const Node &node);
+
 /// Calls @p visit with path and node of what @p client sees at @p path and below it, a directory before what is in it.
 /// Nothing is visited where nothing stands. Throws TessaroError.
 void visitNodes(TessaroClient &client, const QString &path,

@@ -42,7 +42,7 @@ int PlanningClient::set(const QString &path, const QString &value, const _RegEnt
     if (now == wanted)
         return 0;
     // A pending directory may become a key, one that was committed may not: the directory above answers as it would.
-    const bool isRefused = now.isDirectory() && isCommittedDirectory(path);
+    const bool isRefused = now.isDirectory() && uncommitted.count(path) == 0;
     const int status = TessaroClient::set(isRefused ? ViewKey(path).parent() : path, value, param);
     if (status != 0) {
         const bool isExplained =
@@ -50,19 +50,23 @@ int PlanningClient::set(const QString &path, const QString &value, const _RegEnt
         require(isExplained, TessaroError(path, status));
         return status;
     }
-    changes.record(path, now, wanted);
-    remember(Operation::Set, path, value);
+    note(path, now, wanted);
     return status;
 }
 
 int PlanningClient::commit(const QString &path) {
-    const auto cover = [this](auto first, auto last) {
-        std::for_each(first, last, [this](const auto &entry) { operations[entry.second].isCommitted = true; });
+    const auto coverAll = [this](auto first, auto last) {
+        std::for_each(first, last, [this](const QString &covered) { committed.copy(covered, changes); });
+        const bool isAny = first != last;
         uncommitted.erase(first, last);
+        return isAny;
     };
-    cover(uncommitted.lower_bound(path), uncommitted.upper_bound(path));
+    const bool isCovered = coverAll(uncommitted.lower_bound(path), uncommitted.upper_bound(path));
     // "0" follows "/"
-    cover(uncommitted.lower_bound(path + QLatin1Char('/')), uncommitted.lower_bound(path + QLatin1Char('0')));
+    const bool isCoveredBelow =
+        coverAll(uncommitted.lower_bound(path + QLatin1Char('/')), uncommitted.lower_bound(path + QLatin1Char('0')));
+    if (isCovered || isCoveredBelow)
+        coverMissingAbove(path);
     return 0;
 }
 
@@ -72,7 +76,7 @@ int PlanningClient::requestApply(const QString & /*section*/, const QString & /*
 
 int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     ViewKey topmost;
-    for (ViewKey at = path; !at.isEmpty() && readNode(*this, at).isAbsent(); at = at.parent())
+    for (ViewKey at = path; !at.isEmpty() && !isStanding(*this, at); at = at.parent())
         topmost = at;
     const int status = TessaroClient::create(path, type);
     if (status != 0 || topmost.isEmpty()) {
@@ -83,7 +87,7 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
 
     QStringList made;
     visitNodes(*this, topmost, [&](const QString &visited, const Node &node) {
-        changes.record(visited, {}, node);
+        note(visited, {}, node);
         made.append(visited);
     });
     require(made.contains(path), impossibleToPlan(QStringLiteral("the registry does not show what is pending"), path));
@@ -93,7 +97,6 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     const bool isExpectingDefaults = isInSectionOfEntries(path) && !isMade(ViewKey(path).parent().parent());
     require(made.last() != path || !isExpectingDefaults,
             impossibleToPlan(QStringLiteral("the registry fills a new entry with no settings"), path));
-    remember(Operation::Create, path);
     return status;
 }
 
@@ -103,46 +106,36 @@ int PlanningClient::del(const QString &path) {
     const int status = TessaroClient::del(path);
     require(status == 0 || standing.empty(), TessaroError(path, status));
     for (const auto &[deleted, node] : standing)
-        changes.record(deleted, node, {});
-    if (status == 0)
-        remember(Operation::Delete, path);
+        note(deleted, node, {});
     return status;
 }
 
 const ChangeSet &PlanningClient::settle() {
-    if (!uncommitted.empty()) {
-        rollback(QString());
-        requireDropped(*this, changes);
-        const QVector<Operation> all = std::exchange(operations, {});
-        uncommitted.clear();
-        changes = {};
-        for (const Operation &operation : all)
-            if (operation.isCommitted)
-                repeat(operation);
+    if (uncommitted.empty())
+        return changes;
+    const int status = rollback(QString());
+    require(status == 0, TessaroError(viewRoot(), status));
+    requireDropped(*this, changes);
+    uncommitted.clear();
+    changes = {};
+    const ChangeSet kept = std::exchange(committed, {});
+    for (auto change = kept.byPath().cbegin(); change != kept.byPath().cend(); ++change) {
+        writeNode(*this, change.key(), change->after);
+        if (change->after.isDirectory())
+            dropAllBut(kept, change.key());
     }
     return changes;
 }
 
-void PlanningClient::remember(Operation::Kind kind, const QString &path, const QString &value) {
-    uncommitted.emplace(path, operations.size());
-    operations.append({kind, path, value, false});
+void PlanningClient::note(const QString &path, const Node &before, const Node &after) {
+    changes.record(path, before, after);
+    uncommitted.insert(path);
 }
 
 /// Whether what stands at @p path did not stand there at first.
 bool PlanningClient::isMade(const QString &path) const {
     const auto change = changes.byPath().constFind(path);
     return change != changes.byPath().cend() && change->before.isAbsent();
-}
-
-/// Whether the directory at @p path, which is empty, was made and then committed.
-bool PlanningClient::isCommittedDirectory(const QString &path) const {
-    for (auto operation = operations.crbegin(); operation != operations.crend(); ++operation) {
-        if (operation->kind == Operation::Delete && ViewKey(operation->path).covers(path))
-            return false;
-        if (operation->kind == Operation::Create && operation->isCommitted && ViewKey(path).covers(operation->path))
-            return true;
-    }
-    return false;
 }
 
 /// Whether the entry at @p path, which was deleted and made again, is as new as another one beside it.
@@ -154,22 +147,21 @@ void PlanningClient::requireFresh(const QString &path) {
     require(isFresh, impossibleToPlan(QStringLiteral("the registry brings back what was deleted"), path));
 }
 
-void PlanningClient::repeat(const Operation &operation) {
-    int status = 0;
-    switch (operation.kind) {
-    case Operation::Set:
-        status = set(operation.path, operation.value, RegParamValue);
-        break;
-    case Operation::Create:
-        status = create(operation.path, RegTypeString);
-        break;
-    case Operation::Delete:
-        status = del(operation.path);
-        break;
-    }
-    if (status != 0)
-        throw TessaroError(operation.path, status);
-    commit(operation.path);
+/// A commit of @p path makes the directories above it that are missing, but nothing else of what is in these.
+void PlanningClient::coverMissingAbove(const QString &path) {
+    for (ViewKey at = ViewKey(path).parent(); !at.isEmpty(); at = at.parent())
+        if (uncommitted.count(at) > 0 && isStanding(*this, at)) {
+            committed.copy(at, changes);
+            uncommitted.erase(at);
+        }
+}
+
+/// Of the defaults in the new directory at @p path, leaves only those that are @p kept.
+void PlanningClient::dropAllBut(const ChangeSet &kept, const QString &path) {
+    const QMap<QString, Node> contents = contentsOf(*this, path);
+    for (auto below = contents.keyBegin(); below != contents.keyEnd(); ++below)
+        if (!kept.byPath().contains(path + *below))
+            writeNode(*this, path + *below, {});
 }
 
 } // namespace quendar

@@ -6,9 +6,7 @@
 
 #include <tessaroclient.h>
 
-#include <QtCore/QVector>
-
-#include <map>
+#include <set>
 
 namespace quendar {
 
@@ -33,27 +31,19 @@ public:
     int del(const QString &path) override;
 
     /// Drops what no commit has covered, so that only what an import would leave is seen, and returns what that has
-    /// changed.
+    /// changed. Nothing is to be changed afterwards.
     const ChangeSet &settle();
 
 private:
-    struct Operation {
-        enum Kind { Set, Create, Delete };
-        Kind kind;
-        QString path;
-        QString value; // of a Set
-        bool isCommitted;
-    };
-
-    void remember(Operation::Kind kind, const QString &path, const QString &value = {});
+    void note(const QString &path, const Node &before, const Node &after);
+    void coverMissingAbove(const QString &path);
     bool isMade(const QString &path) const;
-    bool isCommittedDirectory(const QString &path) const;
     void requireFresh(const QString &path);
-    void repeat(const Operation &operation);
+    void dropAllBut(const ChangeSet &kept, const QString &path);
 
-    ChangeSet changes;
-    QVector<Operation> operations;           // those that changed something
-    std::multimap<QString, int> uncommitted; // positions in `operations`, by path
+    ChangeSet changes;             // all that is pending
+    ChangeSet committed;           // what stood at the last commit that covered it
+    std::set<QString> uncommitted; // paths that were changed since
 };
 
 } // namespace quendar

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <QtCore/QRegularExpression>
-#include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVector>
 
 namespace quendar {
@@ -13,11 +13,11 @@ namespace quendar {
 /// secrets, and case makes no difference.
 class Secrets {
 public:
-    /// With what the file at @p path adds: one name a line, in which "*" stands for anything; "#" begins a comment. No
-    /// file adds nothing. Throws Error for one that cannot be read.
-    explicit Secrets(const QString &path);
+    /// With @p furtherNames, in which "*" stands for anything. Throws Error for one that is no name.
+    explicit Secrets(const QStringList &furtherNames);
 
-    /// With the file of this device: /etc/quendar-change/secrets, or the one that QUENDAR_CHANGE_SECRETS names.
+    /// With those of this device: a name a line, "#" before comments, in /etc/quendar-change/secrets, if there is such
+    /// a file, or in the one that QUENDAR_CHANGE_SECRETS names. Throws Error for a file that cannot be read.
     static Secrets ofDevice();
 
     bool include(const QString &keyName) const;

@@ -24,7 +24,7 @@ Device::Device(const QString &json) {
                    {"TESSARO_REGISTRY", here + "/registry.db"},
                    {"TESSARO_APPLY_DIR", here + "/hooks"},
                    {"TESSARO_APPLY_SERVICE", here + "/bin/tessaro-apply"},
-                   {"QUENDAR_CHANGE_SECRETS", here + "/secrets"},
+                   {"QUENDAR_CHANGE_SECRETS", "/dev/null"},
                    {"TMPDIR", here + "/tmp"}};
     load(contentsOf(json));
 }
