@@ -254,11 +254,12 @@ QStringList planComplaints(const SweptDevice &swept, bool lacksDefaults, QMap<in
     return comparison.wrong;
 }
 
-/// Where a key comes back of a session whose id is not in braces and lower case; null for all others, and for one that
-/// has no id at all: it gets a new one.
+/// Where a key comes back of a session whose id is not in braces and lower case, or of a printer whose name is altered
+/// as well; null for all others, and for a session that has no id at all: it gets a new one.
 QString otherPlaceOf(const QString &path) {
-    static const QRegularExpression session(QStringLiteral("(?<=/sessions/)[^/]+"));
-    const auto match = session.match(path);
+    static const QRegularExpression entry(
+        QStringLiteral("(?<=/sessions/)[^/]+|(?<=/printers/)[^/]+(?=/(name|driver)$)"));
+    const auto match = entry.match(path);
     const QUuid id(match.captured());
     const QString back = QString(path).replace(match.capturedStart(), match.capturedLength(), id.toString());
     return id.isNull() || back == path ? QString() : back;
@@ -292,10 +293,10 @@ QStringList verificationComplaints(const SweptDevice &swept, bool lacksDefaults)
     for (auto node = before.cbegin(); node != before.cend(); ++node) {
         if (node->isString())
             look(node.key(), *node);
-        // The session of the old id is lost; that of the new one has what the document holds, or may lack it.
+        // The entry of the old id is lost; that of the new one has what the document holds, or may lack it.
         const QString place = otherPlaceOf(node.key());
         const bool isEmpty = !before.lowerBound(node.key() + slash).key().startsWith(node.key() + slash);
-        if (!place.isNull() && isEmpty)
+        if (!place.isNull() && isEmpty && !after.contains(node.key()))
             look(place, node->isString() && node->toString().trimmed().isEmpty() ? QString() : *node);
     }
     comparison.compare("verified", said, found);
