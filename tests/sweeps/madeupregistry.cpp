@@ -148,9 +148,10 @@ void MadeUpRegistry::addOddities() {
         putInto(QStringLiteral("list"), id(), sweep.chance(50) ? QJsonValue(value()) : QJsonValue(directory(1)));
     if (sweep.chance(10))
         putInto(QStringLiteral("list"), QStringLiteral("ssh"), view.value(QStringLiteral("rdp")));
-    if (sweep.chance(5))
+    if (sweep.chance(5)) // a document has them taken for the device's
         putInto(QStringLiteral("list"), QStringLiteral("network_printer"),
-                view.value(QStringLiteral("network_printer")));
+                QJsonObject{{QStringLiteral("printers"),
+                             QJsonObject{{id(), keysNamed({QStringLiteral("name"), QStringLiteral("driver")})}}}});
     static const char *const odd[] = {"name", "session", "sessions", "printer", "printers", "lumo_config"};
     if (sweep.chance(15))
         putInto(QStringLiteral("time_zone"), QLatin1String(odd[sweep.below(6)]), value());
