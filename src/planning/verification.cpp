@@ -66,9 +66,7 @@ public:
         : own(readSettings(document.text)), returned(exportSettings(registry).document), client(registry),
           plan(import) {
         for (const DocumentSetting &setting : own.settings)
-            ++times[setting.path];
-        for (const Warning &warning : plan.unknown)
-            unknown.insert(warning.path);
+            ++times[{idlessEntryOf(setting), setting.path}];
         for (const QString &entry : plan.madeUpEntries)
             if (!isInPrinter(entry))
                 madeUp.insert(entry);
@@ -76,8 +74,11 @@ public:
 
     /// Looks for all that the document holds in the one that comes back.
     void compareSettings() {
-        for (const DocumentSetting &setting : own.settings)
+        for (const DocumentSetting &setting : own.settings) {
+            if (setting.entry >= 0 && setting.path == nameKeyOf(own.entries.at(setting.entry).path))
+                named.insert(setting.entry);
             compare(setting);
+        }
         for (const QString &session : std::as_const(madeUp))
             result.altered.insert(session, QStringLiteral("it has no id: each import makes up another one"));
     }
@@ -91,9 +92,8 @@ public:
             if (change->after.isKey())
                 result.altered.insert(path, whiteSpaceReason(change->before.text, change->after.text));
             else
-                result.lost.insert(path, readNode(client, entryOf(path)).isAbsent()
-                                             ? QStringLiteral("it is deleted with its session or printer")
-                                             : QString());
+                result.lost.insert(path, isEntryGone(path) ? QStringLiteral("it is deleted with its session or printer")
+                                                           : QString());
         }
     }
 
@@ -131,7 +131,7 @@ private:
         if (returned.contains(place))
             result.altered.insert(place, alterationOf(setting, place));
         else
-            result.lost.insert(place, lossOf(place));
+            result.lost.insert(place, lossOf(setting, place));
     }
 
     /// Where the text of @p setting may have gone: a printer is known by its name, a session without an id gets one.
@@ -139,7 +139,7 @@ private:
         if (setting.entry < 0)
             return {setting.path};
         const DocumentEntry &entry = own.entries.at(setting.entry);
-        const bool hasId = !QUuid(nameIn(entry.path).toString()).isNull();
+        const bool hasId = idlessEntryOf(setting) < 0;
         const bool isPrinter = isInPrinter(entry.path);
         QStringList places;
         for (const QString &namesake : returned.namesakes(entry.path, entry.name))
@@ -154,28 +154,48 @@ private:
             return reason;
         if (setting.pieces > 1)
             return QStringLiteral("it is in pieces, of which the last one stays");
-        if (times.value(setting.path) > 1)
+        if (times.value({idlessEntryOf(setting), setting.path}) > 1)
             return QStringLiteral("another setting of that name follows");
-        return unknown.contains(place) ? QStringLiteral("it is not known before the printer's name is read")
-                                       : QString();
+        return isBeforeName(setting) ? beforeName() : QString();
     }
 
-    QString lossOf(const QString &place) const {
-        const QString entry = entryOf(place);
-        if (!entry.isEmpty() && readNode(client, entry).isAbsent())
-            return QStringLiteral("its session or printer is deleted again");
+    QString lossOf(const DocumentSetting &setting, const QString &place) const {
+        if (isBeforeName(setting))
+            return beforeName();
+        if (isEntryGone(place))
+            return QStringLiteral("its session or printer is not there afterwards");
         return readNode(client, place).isKey() ? QStringLiteral("it belongs to the device: no export holds it")
                                                : QStringLiteral("it is not known here");
+    }
+
+    /// The position of the entry that @p setting is in, if that has no id: it shares its path with others. Otherwise
+    /// -1.
+    int idlessEntryOf(const DocumentSetting &setting) const {
+        const bool isIdless =
+            setting.entry >= 0 && QUuid(nameIn(own.entries.at(setting.entry).path).toString()).isNull();
+        return isIdless ? setting.entry : -1;
+    }
+
+    /// Whether @p setting, which is compared now, stands in a printer in front of its name.
+    bool isBeforeName(const DocumentSetting &setting) const {
+        return setting.entry >= 0 && isInPrinter(setting.path) && !named.contains(setting.entry);
+    }
+
+    static QString beforeName() { return QStringLiteral("it is not known before the printer's name is read"); }
+
+    bool isEntryGone(const QString &path) const {
+        const QString entry = entryOf(path);
+        return !entry.isEmpty() && readNode(client, entry).isAbsent();
     }
 
     const DocumentSettings own;
     const Returned returned;
     TessaroClient &client;
     const ImportPlan &plan;
-    QHash<QString, int> times; // how often each path is in the document
-    QSet<QString> unknown;
-    QSet<QString> madeUp;  // sessions
-    QSet<QString> carried; // paths that the document sets
+    QHash<QPair<int, QString>, int> times; // how often each is in the document: entry without an id, and path
+    QSet<int> named;                       // the entries whose names have been met
+    QSet<QString> madeUp;                  // sessions
+    QSet<QString> carried;                 // paths that the document sets
 };
 
 } // namespace
