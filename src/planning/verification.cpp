@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "planning/verification.h"
 
+#include "document/elements.h"
 #include "planning/documentsettings.h"
 #include "planning/importplan.h"
 #include "planning/places.h"
 #include "planning/planningclient.h"
+#include "registry/childrencache.h"
 #include "registry/viewkey.h"
 #include "registry/viewpaths.h"
 #include "stages/exportsettings.h"
@@ -65,6 +67,7 @@ public:
     Comparison(const Document &document, TessaroClient &registry, const ImportPlan &import)
         : own(readSettings(document.text)), returned(exportSettings(registry).document), client(registry),
           plan(import) {
+        findPrinters();
         for (const DocumentSetting &setting : own.settings)
             ++times[{idlessEntryOf(setting), setting.path}];
         for (const QString &entry : plan.madeUpEntries)
@@ -111,12 +114,25 @@ public:
     Verification result;
 
 private:
+    /// A printer is known by its name, so its id in the registry may be in any form; a reader of a document knows one.
+    void findPrinters() {
+        const QString directory = childKey(childKey(viewRoot(), element::printerSection), QStringLiteral("printers"));
+        ChildrenCache cache;
+        for (const QString &path : entriesOf(directory, readChildren(client, cache, directory)))
+            printers.insert(childKey(directory, QUuid(nameIn(path).toString()).toString()), path);
+    }
+
+    QString inRegistry(const QString &place) const {
+        const QString entry = entryOf(place);
+        return printers.value(entry, entry) + place.mid(entry.size());
+    }
+
     void compare(const DocumentSetting &setting) {
         const QStringList places = placesOf(setting);
         const bool isBlank = setting.text.trimmed().isEmpty();
         QString place = places.first();
         for (const QString &candidate : places) {
-            carried.insert(candidate);
+            carried.insert(inRegistry(candidate));
             if (isBlank && returned.isDirectory(candidate))
                 return;
             if (returned.contains(candidate))
@@ -129,9 +145,9 @@ private:
         if (std::any_of(places.cbegin(), places.cend(), comesBack))
             return;
         if (returned.contains(place))
-            result.altered.insert(place, alterationOf(setting, place));
+            result.altered.insert(inRegistry(place), alterationOf(setting, place));
         else
-            result.lost.insert(place, lossOf(setting, place));
+            result.lost.insert(inRegistry(place), lossOf(setting, inRegistry(place)));
     }
 
     /// Where the text of @p setting may have gone: a printer is known by its name, a session without an id gets one.
@@ -193,6 +209,7 @@ private:
     TessaroClient &client;
     const ImportPlan &plan;
     QHash<QPair<int, QString>, int> times; // how often each is in the document: entry without an id, and path
+    QHash<QString, QString> printers;      // their paths in the registry, by those that a document's reader gives
     QSet<int> named;                       // the entries whose names have been met
     QSet<QString> madeUp;                  // sessions
     QSet<QString> carried;                 // paths that the document sets
