@@ -41,25 +41,17 @@ public:
     explicit Returned(const QByteArray &document) : read(readSettings(decodedDocument(document))) {
         for (const DocumentSetting &setting : read.settings)
             texts.insert(setting.path, setting.text);
-        for (const DocumentEntry &entry : read.entries)
-            entries.insert(known(entry.path, entry.name), entry.path);
     }
 
     bool contains(const QString &path) const { return texts.contains(path); }
     QString text(const QString &path) const { return texts.value(path); }
     bool isDirectory(const QString &path) const { return read.directories.contains(path); }
 
-    /// The entries of that name beside the one at @p path.
-    QStringList namesakes(const QString &path, const QString &name) const { return entries.values(known(path, name)); }
+    const QVector<DocumentEntry> &entries() const { return read.entries; }
 
 private:
-    static QPair<QString, QString> known(const QString &path, const QString &name) {
-        return {parentIn(path).toString(), name};
-    }
-
     const DocumentSettings read;
     QHash<QString, QString> texts;
-    QMultiHash<QPair<QString, QString>, QString> entries; // by directory and name
 };
 
 class Comparison {
@@ -73,6 +65,7 @@ public:
         for (const QString &entry : plan.madeUpEntries)
             if (!isInPrinter(entry))
                 madeUp.insert(entry);
+        findEntries();
     }
 
     /// Looks for all that the document holds in the one that comes back.
@@ -127,41 +120,48 @@ private:
         return printers.value(entry, entry) + place.mid(entry.size());
     }
 
-    void compare(const DocumentSetting &setting) {
-        const QStringList places = placesOf(setting);
-        const bool isBlank = setting.text.trimmed().isEmpty();
-        QString place = places.first();
-        for (const QString &candidate : places) {
-            carried.insert(inRegistry(candidate));
-            if (isBlank && returned.isDirectory(candidate))
-                return;
-            if (returned.contains(candidate))
-                place = candidate;
-        }
-        ++result.settings;
-        const auto comesBack = [&](const QString &path) {
-            return returned.contains(path) && returned.text(path) == setting.text;
+    /// A printer is known by its name, a session without an id gets one. Several of one name come in the order in which
+    /// they were made, behind those that stood before.
+    void findEntries() {
+        const auto known = [](const DocumentEntry &entry) {
+            return QPair<QString, QString>(parentIn(entry.path).toString(), entry.name);
         };
-        if (std::any_of(places.cbegin(), places.cend(), comesBack))
-            return;
-        if (returned.contains(place))
-            result.altered.insert(inRegistry(place), alterationOf(setting, place));
-        else
-            result.lost.insert(inRegistry(place), lossOf(setting, inRegistry(place)));
+        QHash<QPair<QString, QString>, QStringList> namesakes;
+        for (const DocumentEntry &entry : returned.entries())
+            if (isInPrinter(entry.path) || madeUp.contains(entry.path))
+                namesakes[known(entry)].append(entry.path);
+        QHash<QString, int> order;
+        for (const QString &path : plan.creations)
+            order.insert(path, order.size());
+        for (QStringList &paths : namesakes)
+            std::stable_sort(paths.begin(), paths.end(), [&](const QString &first, const QString &second) {
+                return order.value(first, -1) < order.value(second, -1);
+            });
+        for (const DocumentEntry &entry : own.entries) {
+            QStringList &paths = namesakes[known(entry)];
+            const bool isFound = (isInPrinter(entry.path) || isIdless(entry)) && !paths.isEmpty();
+            entryPlaces.append(isFound ? paths.takeFirst() : entry.path);
+        }
     }
 
-    /// Where the text of @p setting may have gone: a printer is known by its name, a session without an id gets one.
-    QStringList placesOf(const DocumentSetting &setting) const {
+    void compare(const DocumentSetting &setting) {
+        const QString place = placeOf(setting);
+        const QString path = inRegistry(place);
+        carried.insert(path);
+        if (setting.text.trimmed().isEmpty() && returned.isDirectory(place))
+            return;
+        ++result.settings;
+        if (!returned.contains(place))
+            result.lost.insert(path, lossOf(setting, path));
+        else if (returned.text(place) != setting.text)
+            result.altered.insert(path, alterationOf(setting, place));
+    }
+
+    /// Where the text of @p setting goes.
+    QString placeOf(const DocumentSetting &setting) const {
         if (setting.entry < 0)
-            return {setting.path};
-        const DocumentEntry &entry = own.entries.at(setting.entry);
-        const bool hasId = idlessEntryOf(setting) < 0;
-        const bool isPrinter = isInPrinter(entry.path);
-        QStringList places;
-        for (const QString &namesake : returned.namesakes(entry.path, entry.name))
-            if (isPrinter || (!hasId && madeUp.contains(namesake)))
-                places.append(namesake + setting.path.mid(entry.path.size()));
-        return places.isEmpty() ? QStringList(setting.path) : places;
+            return setting.path;
+        return entryPlaces.at(setting.entry) + setting.path.mid(own.entries.at(setting.entry).path.size());
     }
 
     QString alterationOf(const DocumentSetting &setting, const QString &place) const {
@@ -187,10 +187,10 @@ private:
     /// The position of the entry that @p setting is in, if that has no id: it shares its path with others. Otherwise
     /// -1.
     int idlessEntryOf(const DocumentSetting &setting) const {
-        const bool isIdless =
-            setting.entry >= 0 && QUuid(nameIn(own.entries.at(setting.entry).path).toString()).isNull();
-        return isIdless ? setting.entry : -1;
+        return setting.entry >= 0 && isIdless(own.entries.at(setting.entry)) ? setting.entry : -1;
     }
+
+    static bool isIdless(const DocumentEntry &entry) { return QUuid(nameIn(entry.path).toString()).isNull(); }
 
     /// Whether @p setting, which is compared now, stands in a printer in front of its name.
     bool isBeforeName(const DocumentSetting &setting) const {
@@ -209,6 +209,7 @@ private:
     TessaroClient &client;
     const ImportPlan &plan;
     QHash<QPair<int, QString>, int> times; // how often each is in the document: entry without an id, and path
+    QStringList entryPlaces;               // of the document's entries: where they are afterwards
     QHash<QString, QString> printers;      // their paths in the registry, by those that a document's reader gives
     QSet<int> named;                       // the entries whose names have been met
     QSet<QString> madeUp;                  // sessions
