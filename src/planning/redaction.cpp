@@ -70,6 +70,8 @@ public:
                     const QString &qualifiedName) override {
         if (waiting && isSecret()) {
             secretPaths.append(structure.path());
+            if (!waiting->before.trimmed().isEmpty())
+                document += escaped(waiting->before);
             waiting.reset();
             text.clear();
             return structure.leave();
@@ -149,7 +151,7 @@ Redaction redacted(const Document &document, const Secrets &secrets) {
     QSet<QString> affected;
     for (const QString &path : result.dropped)
         affected.insert(entryOf(path));
-    const DocumentSettings held = readSettings(document.text);
+    const DocumentSettings held = readSettings(QString::fromUtf8(result.document)); // a name may be a secret, too
     for (const DocumentEntry &entry : held.entries)
         if (affected.contains(entry.path))
             result.entries.append(entry);
