@@ -38,9 +38,12 @@ QString readable(const QString &text) {
 }
 
 QString quoted(const QString &text) {
-    const bool isLong = text.size() > maximumLength;
-    return QLatin1Char('"') + readable(isLong ? text.left(maximumLength - 1) : text) +
-           (isLong ? QStringLiteral("…\"") : QStringLiteral("\""));
+    if (text.size() <= maximumLength)
+        return QLatin1Char('"') + readable(text) + QLatin1Char('"');
+    QString beginning = text.left(maximumLength - 1);
+    if (beginning.at(beginning.size() - 1).isHighSurrogate())
+        beginning.chop(1);
+    return QLatin1Char('"') + readable(beginning) + QStringLiteral("…\"");
 }
 
 } // namespace quendar

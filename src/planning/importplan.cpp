@@ -104,6 +104,7 @@ ImportPlan planImport(const Document &document, PlanningClient &client) {
     });
     applyDocument(document.text, applier);
 
+    plan.creations = client.creations();
     plan.changes = client.settle();
     if (!plan.isEmpty())
         requireForesight(client, plan.changes, plan.current);

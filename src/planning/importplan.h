@@ -28,9 +28,10 @@ struct ImportPlan {
     QVector<EntryChange> entries;      ///< directory by directory, those that are dropped first
     QMap<QString, QString> entryNames; ///< by path, of all sessions and printers that this is about
     QSet<QString> madeUpEntries;       ///< those of them whose ids the import makes up, others each time
-    QVector<Warning> unknown;          ///< settings that the device does not have: path and text
-    QVector<Warning> warnings;         ///< what else would not be done
-    QStringList sections;              ///< those to be applied, in order; one may be there twice
+    QStringList creations;     ///< paths of sessions and printers, in the order in which the document makes them
+    QVector<Warning> unknown;  ///< settings that the device does not have: path and text
+    QVector<Warning> warnings; ///< what else would not be done
+    QStringList sections;      ///< those to be applied, in order; one may be there twice
 
     /// Whether nothing would be written nor applied.
     bool isEmpty() const { return changes.byPath().isEmpty() && sections.isEmpty(); }

@@ -97,6 +97,7 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     const bool isExpectingDefaults = isInSectionOfEntries(path) && !isMade(ViewKey(path).parent().parent());
     require(made.last() != path || !isExpectingDefaults,
             impossibleToPlan(QStringLiteral("the registry fills a new entry with no settings"), path));
+    created.append(path);
     return status;
 }
 

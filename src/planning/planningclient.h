@@ -6,6 +6,8 @@
 
 #include <tessaroclient.h>
 
+#include <QtCore/QStringList>
+
 #include <set>
 
 namespace quendar {
@@ -30,6 +32,9 @@ public:
     int create(const QString &path, const _RegEntryType &type) override;
     int del(const QString &path) override;
 
+    /// The paths at which something was made, in this order.
+    const QStringList &creations() const { return created; }
+
     /// Drops what no commit has covered, so that only what an import would leave is seen, and returns what that has
     /// changed. Nothing is to be changed afterwards.
     const ChangeSet &settle();
@@ -44,6 +49,7 @@ private:
     ChangeSet changes;             // all that is pending
     ChangeSet committed;           // what stood at the last commit that covered it
     std::set<QString> uncommitted; // paths that were changed since
+    QStringList created;
 };
 
 } // namespace quendar

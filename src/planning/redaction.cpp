@@ -7,6 +7,7 @@
 #include "registry/viewkey.h"
 #include "report/error.h"
 
+#include <QtCore/QUuid>
 #include <QtXml/QXmlDefaultHandler>
 #include <QtXml/QXmlInputSource>
 #include <QtXml/QXmlSimpleReader>
@@ -25,11 +26,16 @@ QString escaped(QString text) {
         .replace(QLatin1Char('\r'), QLatin1String("&#13;"));
 }
 
-/// Whether an import looks at an attribute of that name. In any other, anything may be written.
-bool isOfFormat(const QString &attribute) {
-    static const QStringList known = {QStringLiteral("id"), QStringLiteral("version"),
-                                      QStringLiteral("creator_version"), QStringLiteral("creator")};
-    return known.contains(attribute) || attribute.startsWith(QLatin1String("xmlns"));
+/// Whether an export writes, or an import looks at, that attribute of @p element. In any other, anything may be
+/// written.
+bool isOfFormat(const QString &element, const QString &attribute, const QString &value) {
+    if (attribute == QLatin1String("xmlns") || attribute.startsWith(QLatin1String("xmlns:")))
+        return true;
+    if (attribute == QLatin1String("id"))
+        return (element == element::session || element == element::printer) && !QUuid(value).isNull();
+    static const QStringList ofRoot = {QStringLiteral("version"), QStringLiteral("creator_version"),
+                                       QStringLiteral("creator")};
+    return element == element::root && ofRoot.contains(attribute);
 }
 
 QT_WARNING_PUSH
@@ -57,7 +63,8 @@ public:
     bool startElement(const QString & /*namespaceUri*/, const QString &localName, const QString &qualifiedName,
                       const QXmlAttributes &attributes) override {
         writeWaiting();
-        waiting = Tag{qualifiedName, attributes, takeText()};
+        waiting = Tag{localName, qualifiedName, attributes, takeText()};
+        names.append(localName);
         return structure.enter(localName, attributes.value(QStringLiteral("id")));
     }
 
@@ -68,19 +75,11 @@ public:
 
     bool endElement(const QString & /*namespaceUri*/, const QString & /*localName*/,
                     const QString &qualifiedName) override {
-        if (waiting && isSecret()) {
-            secretPaths.append(structure.path());
-            waiting.reset();
-            text.clear();
-            return structure.leave();
-        }
-        const QString content = takeText();
-        if (waiting && content.isEmpty()) {
-            writeWaiting(QStringLiteral("/>"));
-        } else {
-            writeWaiting();
-            document += escaped(content) + QStringLiteral("</") + qualifiedName + QLatin1Char('>');
-        }
+        if (waiting && isSecret())
+            dropWaiting();
+        else
+            writeEnd(qualifiedName, takeText());
+        names.removeLast();
         return structure.leave();
     }
 
@@ -94,6 +93,7 @@ public:
 
 private:
     struct Tag {
+        QString localName;
         QString name;
         QXmlAttributes attributes;
         QString before; // text in front of it
@@ -103,14 +103,32 @@ private:
         if (!waiting)
             return;
         document += escaped(waiting->before) + QLatin1Char('<') + waiting->name;
-        for (int i = 0; i < waiting->attributes.count(); ++i)
-            if (isOfFormat(waiting->attributes.qName(i)))
-                document +=
-                    QStringLiteral(" %1=\"%2\"")
-                        .arg(waiting->attributes.qName(i),
-                             escaped(waiting->attributes.value(i)).replace(QLatin1Char('"'), QLatin1String("&quot;")));
+        for (int i = 0; i < waiting->attributes.count(); ++i) {
+            const QString attribute = waiting->attributes.qName(i);
+            const QString value = waiting->attributes.value(i);
+            if (isOfFormat(waiting->localName, attribute, value))
+                document += QStringLiteral(" %1=\"%2\"")
+                                .arg(attribute, escaped(value).replace(QLatin1Char('"'), QLatin1String("&quot;")));
+        }
         document += end;
         waiting.reset();
+    }
+
+    void writeEnd(const QString &name, const QString &content) {
+        if (waiting && content.isEmpty()) {
+            writeWaiting(QStringLiteral("/>"));
+        } else {
+            writeWaiting();
+            document += escaped(content) + QStringLiteral("</") + name + QLatin1Char('>');
+        }
+    }
+
+    void dropWaiting() {
+        secretPaths.append(structure.path());
+        if (!waiting->before.trimmed().isEmpty())
+            document += escaped(waiting->before);
+        waiting.reset();
+        text.clear();
     }
 
     /// The text since the last tag. What stands beside other elements is set as well, piece by piece.
@@ -122,15 +140,19 @@ private:
         return {};
     }
 
-    /// Whether the innermost open element is named as a secret.
+    /// Whether the innermost open element may be the key of a secret. Without its name a printer would be another one.
     bool isSecret() const {
+        const QString &name = names.last();
+        if (name == element::root || name == element::session || name == element::printer || !secrets.include(name))
+            return false;
         const QString path = structure.path();
-        return secrets.include(nameIn(path).toString()) && !(isInPrinter(path) && path == nameKeyOf(entryOf(path)));
+        return name != element::name || !isInPrinter(path) || path != nameKeyOf(entryOf(path));
     }
 
     const Secrets &secrets;
     QString document = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n");
     Structure structure;
+    QStringList names; // of the open elements
     std::optional<Tag> waiting;
     QString text; // since the last tag
     QStringList secretPaths;
@@ -149,7 +171,7 @@ Redaction redacted(const Document &document, const Secrets &secrets) {
     QSet<QString> affected;
     for (const QString &path : result.dropped)
         affected.insert(entryOf(path));
-    const DocumentSettings held = readSettings(document.text);
+    const DocumentSettings held = readSettings(QString::fromUtf8(result.document)); // a name may be a secret, too
     for (const DocumentEntry &entry : held.entries)
         if (affected.contains(entry.path))
             result.entries.append(entry);
