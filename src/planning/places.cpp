@@ -8,12 +8,28 @@ namespace quendar {
 
 namespace {
 
-const QString printers = QStringLiteral("/printers/");
+/// The innermost session or printer at or above a path.
+struct Entry {
+    int end = -1; // of its path; -1 for none
+    bool isPrinter = false;
+};
 
-/// The end of the directory that @p kind names in @p path, its "/" included; -1 where there is none.
-int endOfDirectory(const QString &path, const QString &kind) {
-    const int start = path.indexOf(kind, viewRoot().size());
-    return start < 0 ? -1 : start + kind.size();
+/// Goes from name to name: what follows a directory of entries is an entry, whatever it is called.
+Entry innermost(const QString &path) {
+    Entry entry;
+    bool isPrinters = false;
+    bool isEntries = false;
+    for (int start = viewRoot().size() + 1; start < path.size();) {
+        const int next = path.indexOf(QLatin1Char('/'), start);
+        const int end = next < 0 ? path.size() : next;
+        const QStringView name = QStringView(path).mid(start, end - start);
+        if (isEntries)
+            entry = {end, isPrinters};
+        isPrinters = !isEntries && name == QLatin1String("printers");
+        isEntries = !isEntries && (isPrinters || name == QLatin1String("sessions"));
+        start = end + 1;
+    }
+    return entry;
 }
 
 } // namespace
@@ -24,15 +40,12 @@ QString sectionOf(const QString &path) {
 }
 
 QString entryOf(const QString &path) {
-    const int start = qMax(endOfDirectory(path, QStringLiteral("/sessions/")), endOfDirectory(path, printers));
-    if (start < 0)
-        return {};
-    const int end = path.indexOf(QLatin1Char('/'), start);
-    return path.left(end);
+    const Entry entry = innermost(path);
+    return entry.end < 0 ? QString() : path.left(entry.end);
 }
 
 bool isInPrinter(const QString &path) {
-    return endOfDirectory(path, printers) > endOfDirectory(path, QStringLiteral("/sessions/"));
+    return innermost(path).isPrinter;
 }
 
 QString kindOf(const QString &path) {

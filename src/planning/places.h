@@ -9,10 +9,11 @@ namespace quendar {
 /// The name of the section that @p path lies in; empty for a path outside of the settings.
 QString sectionOf(const QString &path);
 
-/// The path of the session or printer that @p path lies in, which may be the path itself; empty where it lies in none.
+/// The path of the innermost session or printer that @p path lies in, which may be the path itself; empty where it lies
+/// in none.
 QString entryOf(const QString &path);
 
-/// Whether what stands at @p path is a printer or lies in one, rather than in a session.
+/// Whether that is a printer rather than a session.
 bool isInPrinter(const QString &path);
 
 /// "printer" or "session", likewise.
