@@ -5,7 +5,6 @@
 #include "change/readable.h"
 
 #include <QtCore/QCommandLineParser>
-#include <QtCore/QMap>
 
 namespace quendar {
 
@@ -32,16 +31,17 @@ const QString showSecrets = QStringLiteral("show-secrets");
 const QString withDocument = QStringLiteral("with-document");
 const QString output = QStringLiteral("output");
 
-/// The options of each command, but for `--help`.
-QMap<QString, QStringList> commands() {
-    return {{QStringLiteral("plan"), {json, showSecrets, withDocument}},
-            {QStringLiteral("verify"), {json}},
-            {QStringLiteral("redact"), {json, output}}};
-}
-
 void addOption(QCommandLineParser &parser, const QString &name) {
     const bool takesFile = name == withDocument || name == output;
     parser.addOption(QCommandLineOption(name, QString(), takesFile ? QStringLiteral("FILE") : QString()));
+}
+
+/// What the option that names a file to write to was given.
+QString outputFile(const QCommandLineParser &parser) {
+    for (const QString &option : {output, withDocument})
+        if (parser.optionNames().contains(option))
+            return parser.value(option);
+    return {};
 }
 
 Answer complaint(const QString &text) {
@@ -51,7 +51,7 @@ Answer complaint(const QString &text) {
 
 } // namespace
 
-std::variant<CommandLine, Answer> readCommandLine(const QStringList &arguments) {
+std::variant<CommandLine, Answer> readCommandLine(const QStringList &arguments, const Commands &commands) {
     const QString command = arguments.value(1);
     if (command == QLatin1String("--help") || command == QLatin1String("-h"))
         return Answer{QString::fromLatin1(usage), exitstatus::done};
@@ -59,26 +59,28 @@ std::variant<CommandLine, Answer> readCommandLine(const QStringList &arguments) 
         return Answer{QStringLiteral("quendar-change " QUENDAR_VERSION "\n"), exitstatus::done};
     if (command.isEmpty())
         return complaint(QStringLiteral("a command is missing"));
-    if (!commands().contains(command))
+    if (!commands.contains(command))
         return complaint(QStringLiteral("unknown command: ") + command);
 
     QCommandLineParser parser;
     addOption(parser, help);
-    for (const QString &option : commands().value(command))
+    const QStringList options = commands.value(command).options;
+    for (const QString &option : options)
         addOption(parser, option);
     if (!parser.parse(arguments.mid(1)))
         return complaint(parser.errorText());
-    const auto isSet = [given = parser.optionNames()](const QString &option) { return given.contains(option); };
-    const auto valueOf = [&](const QString &option) { return isSet(option) ? parser.value(option) : QString(); };
-    if (isSet(help))
+    const QStringList given = parser.optionNames();
+    if (given.contains(help))
         return Answer{QString::fromLatin1(usage), exitstatus::done};
     if (parser.positionalArguments().size() != 1)
         return complaint(QStringLiteral("%1 takes one FILE").arg(command));
-    if (command == QLatin1String("redact") && !isSet(output))
-        return complaint(QStringLiteral("redact takes --output OTHER"));
-    return CommandLine{command,         parser.positionalArguments().first(),
-                       valueOf(output), valueOf(withDocument),
-                       isSet(json),     isSet(showSecrets)};
+    const QString written = outputFile(parser);
+    if (options.contains(output) && written.isEmpty())
+        return complaint(QStringLiteral("%1 takes --output OTHER").arg(command));
+    if (written.startsWith(QLatin1Char('-')))
+        return complaint(QStringLiteral("no file to write to: ") + written);
+    return CommandLine{command, parser.positionalArguments().first(), written, given.contains(json),
+                       given.contains(showSecrets)};
 }
 
 } // namespace quendar

@@ -2,6 +2,7 @@
 /// The command line of `quendar-change`.
 #pragma once
 
+#include <QtCore/QMap>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
@@ -12,9 +13,8 @@ namespace quendar {
 /// A complete command line. What was not given is empty.
 struct CommandLine {
     QString command;
-    QString file; ///< the document; "-" for standard input
-    QString outputFile;
-    QString afterwardsFile;
+    QString file;       ///< the document; "-" for standard input
+    QString outputFile; ///< where the command writes a document to
     bool isJson;
     bool showsSecrets;
 };
@@ -25,7 +25,16 @@ struct Answer {
     int status;
 };
 
+/// What the program can be asked for.
+struct Command {
+    QStringList options;             ///< those that it takes, without "--"
+    int (*run)(const CommandLine &); ///< returns the exit status; throws Error
+};
+
+/// By name.
+using Commands = QMap<QString, Command>;
+
 /// Reads the arguments, the program's path first among them.
-std::variant<CommandLine, Answer> readCommandLine(const QStringList &arguments);
+std::variant<CommandLine, Answer> readCommandLine(const QStringList &arguments, const Commands &commands);
 
 } // namespace quendar

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "change/json.h"
 
+#include "change/readable.h"
 #include "planning/places.h"
 
 #include <QtCore/QJsonArray>
@@ -13,7 +14,7 @@ namespace {
 
 QByteArray printed(QJsonObject object) {
     object.insert(QStringLiteral("format"), 1);
-    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+    return readableJson(QJsonDocument(object).toJson(QJsonDocument::Compact)) + '\n';
 }
 
 QJsonValue json(const Node &node) {
@@ -64,10 +65,10 @@ QJsonArray unknownJson(const QVector<Warning> &unknown, const Masking &masking) 
     return list;
 }
 
-QJsonArray warningsJson(const QVector<Warning> &warnings) {
+QJsonArray warningsJson(const QVector<Warning> &warnings, const Masking &masking) {
     QJsonArray list;
     for (const Warning &warning : warnings)
-        list.append(lineOf(warning).trimmed());
+        list.append(lineOf(masking.shown(warning)).trimmed());
     return list;
 }
 
@@ -89,7 +90,7 @@ QByteArray planJson(const ImportPlan &plan, const Masking &masking) {
     return printed({{QStringLiteral("changes"), changesJson(plan.changes, masking)},
                     {QStringLiteral("entries"), entriesJson(plan.entries, masking)},
                     {QStringLiteral("unknown"), unknownJson(plan.unknown, masking)},
-                    {QStringLiteral("warnings"), warningsJson(plan.warnings)},
+                    {QStringLiteral("warnings"), warningsJson(plan.warnings, masking)},
                     {QStringLiteral("sections"), QJsonArray::fromStringList(plan.sections)}});
 }
 

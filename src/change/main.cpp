@@ -23,14 +23,12 @@ void printError(const QString &message) {
     std::fprintf(stderr, "error: %s\n", lines.join(QLatin1Char('\n')).toLocal8Bit().constData());
 }
 
-int run(const CommandLine &commandLine) {
-    if (commandLine.command == QLatin1String("plan"))
-        return runPlan(commandLine);
-    if (commandLine.command == QLatin1String("verify"))
-        return runVerify(commandLine);
-    if (commandLine.command == QLatin1String("redact"))
-        return runRedact(commandLine);
-    throw Error(QStringLiteral("unexpected command: ") + commandLine.command);
+Commands commands() {
+    const QString json = QStringLiteral("json");
+    return {
+        {QStringLiteral("plan"), {{json, QStringLiteral("show-secrets"), QStringLiteral("with-document")}, runPlan}},
+        {QStringLiteral("verify"), {{json}, runVerify}},
+        {QStringLiteral("redact"), {{json, QStringLiteral("output")}, runRedact}}};
 }
 
 /// Says why a command could not be done, as its options demand.
@@ -48,7 +46,7 @@ int fail(const CommandLine &commandLine, const Error &reason) {
 
 int runCommand(const CommandLine &commandLine) {
     try {
-        return run(commandLine);
+        return commands().value(commandLine.command).run(commandLine);
     } catch (const Error &error) {
         return fail(commandLine, error);
     }
@@ -73,7 +71,7 @@ int answer(const Answer &answered) {
 int main(int argc, char *argv[]) {
     secureStandardStreams();
     Application application(argc, argv);
-    const auto commandLine = readCommandLine(QCoreApplication::arguments());
+    const auto commandLine = readCommandLine(QCoreApplication::arguments(), commands());
     const auto *const answered = std::get_if<Answer>(&commandLine);
     application.end(answered ? answer(*answered) : runCommand(std::get<CommandLine>(commandLine)));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "change/masking.h"
 
+#include "planning/places.h"
 #include "registry/viewkey.h"
 
 namespace quendar {
@@ -9,6 +10,14 @@ namespace {
 
 const QString mask = QStringLiteral("(secret)");
 const QString maskOfChanged = QStringLiteral("(secret, changed)");
+const QString maskOfEmptied = QStringLiteral("(secret, emptied)");
+
+/// In the place of the text of a secret that has another one now.
+QString maskAfter(const Change &change) {
+    if (!change.before.isKey())
+        return mask;
+    return change.after.text.isEmpty() ? maskOfEmptied : maskOfChanged;
+}
 
 } // namespace
 
@@ -27,7 +36,14 @@ Change Masking::shown(const QString &path, const Change &change) const {
     if (change.before.isKey())
         hidden.before.text = mask;
     if (change.after.isKey())
-        hidden.after.text = change.before.isKey() ? maskOfChanged : mask;
+        hidden.after.text = maskAfter(change);
+    return hidden;
+}
+
+Warning Masking::shown(const Warning &warning) const {
+    const bool isName = warning.kind == Warning::PrinterNotCreated;
+    Warning hidden = warning;
+    hidden.value = shown(isName ? nameKeyOf(warning.path) : warning.path, warning.value);
     return hidden;
 }
 

@@ -4,6 +4,7 @@
 
 #include "planning/changeset.h"
 #include "planning/secrets.h"
+#include "report/warning.h"
 
 namespace quendar {
 
@@ -22,8 +23,11 @@ public:
     /// @p text of the key at @p path, or what is shown instead.
     QString shown(const QString &path, const QString &text) const;
 
-    /// @p change of the node at @p path, likewise.
+    /// @p change of the node at @p path, likewise; that a secret is emptied is told.
     Change shown(const QString &path, const Change &change) const;
+
+    /// @p warning of what is not set: the text of a setting, or the name of a printer.
+    Warning shown(const Warning &warning) const;
 
 private:
     const Secrets secrets;

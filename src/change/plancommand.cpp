@@ -17,8 +17,8 @@ int runPlan(const CommandLine &commandLine) {
     const Masking masking(Secrets::ofDevice(), commandLine.showsSecrets);
     PlanningClient client;
     const ImportPlan plan = planImport(checkedDocument(readDocumentAt(commandLine.file)), client);
-    if (!commandLine.afterwardsFile.isNull())
-        replaceDocument(commandLine.afterwardsFile, exportSettings(client).document);
+    if (!commandLine.outputFile.isEmpty())
+        replaceDocument(commandLine.outputFile, exportSettings(client).document);
     print(commandLine.isJson ? planJson(plan, masking) : planText(plan, masking, isColoured()));
     return plan.isEmpty() ? exitstatus::done : exitstatus::differs;
 }

@@ -78,13 +78,14 @@ private:
 
     Line changeLine(const QString &path, const Change &change) const {
         const Change shown = masking.shown(path, change);
-        const QString before = shownNode(path, shown.before);
-        const QString after = shownNode(path, shown.after);
         if (change.before.isAbsent())
-            return {'+', labelOf(path), after};
+            return {'+', labelOf(path), shownNode(path, shown.after)};
         if (change.after.isAbsent())
-            return {'-', labelOf(path), before};
-        return {'~', labelOf(path), before + QStringLiteral(" → ") + after};
+            return {'-', labelOf(path), shownNode(path, shown.before)};
+        const bool areTexts = change.before.isKey() && change.after.isKey() && !masking.hides(path);
+        return {'~', labelOf(path),
+                areTexts ? quotedChange(change.before.text, change.after.text)
+                         : shownNode(path, shown.before) + QStringLiteral(" → ") + shownNode(path, shown.after)};
     }
 
     QString shownNode(const QString &path, const Node &shown) const {
@@ -183,12 +184,16 @@ QByteArray planText(const ImportPlan &plan, const Masking &masking, bool isColou
     for (auto section = sections.cbegin(); section != sections.cend(); ++section)
         text += sectionText(section.key(), *section, colours);
     for (const Warning &warning : plan.warnings)
-        text += readable(lineOf(warning).trimmed()) + QLatin1Char('\n');
+        text += readable(lineOf(masking.shown(warning)).trimmed()) + QLatin1Char('\n');
     text += totals(plan);
     if (!plan.sections.isEmpty())
         text += QStringLiteral("Will be applied, in this order: ") + plan.sections.join(QStringLiteral(", ")) +
                 QLatin1Char('\n');
-    return (plan.isEmpty() ? text + QStringLiteral("Nothing to do\n") : text).toUtf8();
+    if (plan.isEmpty())
+        text += QStringLiteral("Nothing to do\n");
+    if (text.endsWith(QLatin1String("\n\n")))
+        text.chop(1); // nothing follows the sections
+    return text.toUtf8();
 }
 
 } // namespace quendar

@@ -2,6 +2,7 @@
 /// Texts from documents and registries on a terminal.
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 
 namespace quendar {
@@ -9,7 +10,13 @@ namespace quendar {
 /// @p text on one line: what a terminal would not print, or would obey, is escaped as in C.
 QString readable(const QString &text);
 
-/// The beginning of @p text, readable and in double quotes, with "…" for a longer rest.
+/// @p text readable and in double quotes, quotes and backslashes in it escaped; "…" stands for the end of a long one.
 QString quoted(const QString &text);
+
+/// The two of them with an arrow between. Where both are cut, they are shown from where they differ.
+QString quotedChange(const QString &before, const QString &after);
+
+/// JSON in which only what prints stands as it is.
+QByteArray readableJson(const QByteArray &json);
 
 } // namespace quendar

@@ -24,12 +24,13 @@ QString listed(const QString &title, const QMap<QString, QString> &reasonsByPath
 
 QByteArray verificationText(const Verification &found) {
     QString text = listed(QStringLiteral("Lost:"), found.lost) + listed(QStringLiteral("Altered:"), found.altered);
-    if (!found.notCarried.isEmpty())
-        text += QStringLiteral("Not in the document, and so on no other device:\n");
-    for (const QString &path : found.notCarried.mid(0, maximumLines))
-        text += QStringLiteral("  ") + readable(path) + QLatin1Char('\n');
-    if (found.notCarried.size() > maximumLines)
-        text += QStringLiteral("  … and %1 more\n").arg(found.notCarried.size() - maximumLines);
+    if (found.isOwnExport && !found.notCarried.isEmpty()) {
+        text += QStringLiteral("Held by no export, and so on no other device:\n");
+        for (const QString &path : found.notCarried.mid(0, maximumLines))
+            text += QStringLiteral("  ") + readable(path) + QLatin1Char('\n');
+        if (found.notCarried.size() > maximumLines)
+            text += QStringLiteral("  … and %1 more\n").arg(found.notCarried.size() - maximumLines);
+    }
     text += QStringLiteral("Settings of the document: %1, lost: %2, altered: %3")
                 .arg(QString::number(found.settings), QString::number(found.lost.size()),
                      QString::number(found.altered.size()));

@@ -33,8 +33,8 @@ struct ImportPlan {
     QVector<Warning> warnings; ///< what else would not be done
     QStringList sections;      ///< those to be applied, in order; one may be there twice
 
-    /// Whether nothing would be written nor applied.
-    bool isEmpty() const { return changes.byPath().isEmpty() && sections.isEmpty(); }
+    /// Whether nothing would be written nor applied, and nothing missed.
+    bool isEmpty() const { return changes.byPath().isEmpty() && sections.isEmpty() && unknown.isEmpty(); }
 };
 
 /// What an import of @p document would do, found out by the applier itself through @p client, which then shows the

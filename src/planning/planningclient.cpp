@@ -143,9 +143,10 @@ bool PlanningClient::isMade(const QString &path) const {
 /// Whether the entry at @p path, which was deleted and made again, is as new as another one beside it.
 void PlanningClient::requireFresh(const QString &path) {
     const QString other = childKey(ViewKey(path).parent(), QUuid::createUuid().toString());
-    TessaroClient::create(other, RegTypeString);
+    const auto requireDone = [&other](int status) { require(status == 0, TessaroError(other, status)); };
+    requireDone(TessaroClient::create(other, RegTypeString));
     const bool isFresh = contentsOf(*this, path) == contentsOf(*this, other);
-    TessaroClient::del(other);
+    requireDone(TessaroClient::del(other));
     require(isFresh, impossibleToPlan(QStringLiteral("the registry brings back what was deleted"), path));
 }
 

@@ -6,6 +6,7 @@
 #include "planning/places.h"
 #include "registry/viewkey.h"
 #include "report/error.h"
+#include "stages/changedsections.h"
 
 #include <QtCore/QUuid>
 #include <QtXml/QXmlDefaultHandler>
@@ -65,6 +66,8 @@ public:
         writeWaiting();
         waiting = Tag{localName, qualifiedName, attributes, takeText()};
         names.append(localName);
+        if (isEntry(localName))
+            openEntries.append(entries++);
         return structure.enter(localName, attributes.value(QStringLiteral("id")));
     }
 
@@ -79,7 +82,8 @@ public:
             dropWaiting();
         else
             writeEnd(qualifiedName, takeText());
-        names.removeLast();
+        if (isEntry(names.takeLast()))
+            openEntries.removeLast();
         return structure.leave();
     }
 
@@ -91,6 +95,9 @@ public:
 
     const QStringList &dropped() const { return secretPaths; }
 
+    /// The positions, among all sessions and printers, of those that held a secret.
+    const QSet<int> &affectedEntries() const { return affected; }
+
 private:
     struct Tag {
         QString localName;
@@ -98,6 +105,14 @@ private:
         QXmlAttributes attributes;
         QString before; // text in front of it
     };
+
+    static bool isEntry(const QString &name) { return name == element::session || name == element::printer; }
+
+    void noteSecret() {
+        secretPaths.append(structure.path());
+        if (!openEntries.isEmpty())
+            affected.insert(openEntries.last());
+    }
 
     void writeWaiting(const QString &end = QStringLiteral(">")) {
         if (!waiting)
@@ -124,7 +139,7 @@ private:
     }
 
     void dropWaiting() {
-        secretPaths.append(structure.path());
+        noteSecret();
         if (!waiting->before.trimmed().isEmpty())
             document += escaped(waiting->before);
         waiting.reset();
@@ -136,14 +151,14 @@ private:
         const QString taken = std::exchange(text, {});
         if (taken.trimmed().isEmpty() || !isSecret())
             return taken;
-        secretPaths.append(structure.path());
+        noteSecret();
         return {};
     }
 
     /// Whether the innermost open element may be the key of a secret. Without its name a printer would be another one.
     bool isSecret() const {
         const QString &name = names.last();
-        if (name == element::root || name == element::session || name == element::printer || !secrets.include(name))
+        if (name == element::root || isEntry(name) || !secrets.include(name))
             return false;
         const QString path = structure.path();
         return name != element::name || !isInPrinter(path) || path != nameKeyOf(entryOf(path));
@@ -156,6 +171,9 @@ private:
     std::optional<Tag> waiting;
     QString text; // since the last tag
     QStringList secretPaths;
+    QSet<int> affected;
+    QVector<int> openEntries; // positions among all
+    int entries = 0;          // met so far
     std::optional<Error> failure;
 };
 
@@ -164,17 +182,16 @@ QT_WARNING_POP
 } // namespace
 
 Redaction redacted(const Document &document, const Secrets &secrets) {
+    requireLoadable(document); // the applier's reader takes more
     Redactor redactor(secrets);
     Redaction result;
     result.document = redactor.redact(document.text);
     result.dropped = redactor.dropped();
-    QSet<QString> affected;
-    for (const QString &path : result.dropped)
-        affected.insert(entryOf(path));
-    const DocumentSettings held = readSettings(QString::fromUtf8(result.document)); // a name may be a secret, too
-    for (const DocumentEntry &entry : held.entries)
-        if (affected.contains(entry.path))
-            result.entries.append(entry);
+    // a name may have been a secret, too
+    const DocumentSettings held = readSettings(QString::fromUtf8(result.document));
+    for (int entry = 0; entry < held.entries.size(); ++entry)
+        if (redactor.affectedEntries().contains(entry))
+            result.entries.append(held.entries.at(entry));
     return result;
 }
 

@@ -223,7 +223,8 @@ Verification verifyDocument(const Document &document) {
     const ImportPlan plan = planImport(document, client);
     Comparison comparison(document, client, plan);
     comparison.compareSettings();
-    if (document.bytes == plan.current)
+    comparison.result.isOwnExport = document.bytes == plan.current;
+    if (comparison.result.isOwnExport)
         comparison.takeChangesForLosses();
     comparison.listWhatIsNotCarried();
     return comparison.result;

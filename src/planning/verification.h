@@ -10,6 +10,7 @@
 namespace quendar {
 
 struct Verification {
+    bool isOwnExport = false;       ///< whether the document is what this device exports now
     int settings = 0;               ///< of the document
     QMap<QString, QString> lost;    ///< the reasons by path; null where none is known
     QMap<QString, QString> altered; ///< likewise

@@ -12,6 +12,10 @@ Error cannotDetect() {
     return Error(QStringLiteral("Impossible to detect sections to apply"));
 }
 
+Error failedDetection() {
+    return Error(QStringLiteral("An error occured while detecting sections to apply"));
+}
+
 /// The document as the engine reads and writes it.
 QByteArray loaded(const Document &document) {
     Query query;
@@ -33,8 +37,12 @@ QStringList changedSections(const Document &wanted, const QByteArray &current) {
     require(query.compile(QStringLiteral("diff.xq")), cannotDetect());
     query.reserve(names);
     QStringList sections;
-    require(query.appendTo(sections), Error(QStringLiteral("An error occured while detecting sections to apply")));
+    require(query.appendTo(sections), failedDetection());
     return sections;
+}
+
+void requireLoadable(const Document &document) {
+    require(!loaded(document).isEmpty(), failedDetection());
 }
 
 } // namespace quendar

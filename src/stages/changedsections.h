@@ -13,4 +13,7 @@ namespace quendar {
 /// of both.
 QStringList changedSections(const Document &wanted, const QByteArray &current);
 
+/// Throws the Error of a document that cannot be loaded.
+void requireLoadable(const Document &document);
+
 } // namespace quendar
