@@ -36,13 +36,7 @@ void requireUnseen(TessaroClient &other, const QString &path, const Change &chan
     throw changedMeanwhile(path);
 }
 
-} // namespace
-
-Error impossibleToPlan(const QString &reason, const QString &path) {
-    return Error(QStringLiteral("impossible to plan: ") + reason + QStringLiteral(": ") + path);
-}
-
-void requireForesight(TessaroClient &planner, const ChangeSet &changes, const QByteArray &current) {
+void requirePending(TessaroClient &planner, const ChangeSet &changes) {
     Listings listings(planner);
     TessaroClient other;
     for (auto change = changes.byPath().cbegin(); change != changes.byPath().cend(); ++change) {
@@ -51,7 +45,17 @@ void requireForesight(TessaroClient &planner, const ChangeSet &changes, const QB
         if (readNode(planner, path) != change->after || listings.contain(path) == change->after.isAbsent())
             throw impossibleToPlan(QStringLiteral("the registry does not show what is pending"), path);
     }
-    require(exportSettings(other).document == current, changedMeanwhile(viewRoot()));
+}
+
+} // namespace
+
+Error impossibleToPlan(const QString &reason, const QString &path) {
+    return Error(QStringLiteral("impossible to plan: ") + reason + QStringLiteral(": ") + path);
+}
+
+void requireForesight(TessaroClient &planner, const ChangeSet &changes, const QByteArray &view) {
+    requirePending(planner, changes);
+    require(readView() == view, changedMeanwhile(viewRoot()));
 }
 
 void requireDropped(TessaroClient &planner, const ChangeSet &dropped) {

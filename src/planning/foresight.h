@@ -12,8 +12,8 @@ Error impossibleToPlan(const QString &reason, const QString &path);
 
 /// Looks at each path of @p changes, which are pending in @p planner, through it and through a client of its own.
 /// Throws Error where the registry's library hides pending changes from their client or shows them to others, and where
-/// somebody else has changed a setting since they were exported as @p current.
-void requireForesight(TessaroClient &planner, const ChangeSet &changes, const QByteArray &current);
+/// somebody else has changed a setting since @p view was read.
+void requireForesight(TessaroClient &planner, const ChangeSet &changes, const QByteArray &view);
 
 /// The same of @p dropped, which @p planner has rolled back: all stands as before.
 void requireDropped(TessaroClient &planner, const ChangeSet &dropped);

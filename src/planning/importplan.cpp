@@ -107,7 +107,7 @@ ImportPlan planImport(const Document &document, PlanningClient &client) {
     plan.creations = client.creations();
     plan.changes = client.settle();
     if (!plan.isEmpty())
-        requireForesight(client, plan.changes, plan.current);
+        requireForesight(client, plan.changes, current.view);
     plan.entryNames = entryNames(plan, client);
     plan.madeUpEntries = madeUpEntries(plan, document, client);
     plan.entries = entryChanges(plan.changes, plan.madeUpEntries);

@@ -85,15 +85,16 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
         return status;
     }
 
+    const bool isMadeAgain = changes.byPath().value(path).before.isDirectory();
     QStringList made;
     visitNodes(*this, topmost, [&](const QString &visited, const Node &node) {
         note(visited, {}, node);
         made.append(visited);
     });
     require(made.contains(path), impossibleToPlan(QStringLiteral("the registry does not show what is pending"), path));
-    // A library that fills entries only when they are committed would have all their settings shown as unknown.
-    if (changes.byPath().value(path).before.isDirectory())
+    if (isMadeAgain)
         requireFresh(path);
+    // A library that fills entries only when they are committed would have all their settings shown as unknown.
     const bool isExpectingDefaults = isInSectionOfEntries(path) && !isMade(ViewKey(path).parent().parent());
     require(made.last() != path || !isExpectingDefaults,
             impossibleToPlan(QStringLiteral("the registry fills a new entry with no settings"), path));

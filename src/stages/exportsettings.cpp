@@ -48,7 +48,7 @@ QByteArray configuration(const SerialisedView &view) {
 }
 
 ExportedSettings exported(const SerialisedView &view) {
-    return {configuration(view), view.names.local, view.entries};
+    return {configuration(view), view.names.local, view.entries, {}};
 }
 
 } // namespace
@@ -58,7 +58,14 @@ ExportedSettings exportSettings() {
 }
 
 ExportedSettings exportSettings(TessaroClient &client) {
-    return exported(serialisedView(client));
+    const SerialisedView view = serialisedView(client);
+    ExportedSettings settings = exported(view);
+    settings.view = view.xml;
+    return settings;
+}
+
+QByteArray readView() {
+    return serialisedView().xml;
 }
 
 } // namespace quendar
