@@ -131,7 +131,7 @@ private:
             append(value, dom.createTextNode(madeUpText(sweep)));
     }
     void addBlanks() {
-        const const QDomElement value = any(isValue);
+        const QDomElement value = any(isValue);
         setText(value, QStringLiteral(" \n\t") + value.text() + QStringLiteral("\n  "));
     }
 
