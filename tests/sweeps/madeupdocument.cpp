@@ -66,12 +66,15 @@ private:
 
     QDomElement root() const { return dom.documentElement(); }
 
+    static void append(QDomElement element, const QDomNode &child) {
+        if (!element.isNull())
+            element.appendChild(child);
+    }
+
     void setText(QDomElement element, const QString &text) {
-        if (element.isNull())
-            return;
         while (element.hasChildNodes())
             element.removeChild(element.firstChild());
-        element.appendChild(dom.createTextNode(text));
+        append(element, dom.createTextNode(text));
     }
 
     void changeValue() { setText(any(isValue), madeUpText(sweep)); }
@@ -79,7 +82,7 @@ private:
     void addUnknown() {
         QDomElement added = dom.createElement(madeUpName(sweep));
         setText(added, madeUpText(sweep));
-        any(sweep.chance(50) ? isEntry : isDirectory).appendChild(added);
+        append(any(sweep.chance(50) ? isEntry : isDirectory), added);
     }
     void dropAny() {
         drop(any([](const QDomElement &) { return true; }));
@@ -119,13 +122,13 @@ private:
     }
 
     void splitValue() {
-        QDomElement value = any(isValue);
+        const QDomElement value = any(isValue);
         if (sweep.chance(50))
-            value.appendChild(dom.createComment(QStringLiteral("c")));
+            append(value, dom.createComment(QStringLiteral("c")));
         else
-            value.appendChild(dom.createCDATASection(QStringLiteral("d <")));
+            append(value, dom.createCDATASection(QStringLiteral("d <")));
         if (sweep.chance(50))
-            value.appendChild(dom.createTextNode(madeUpText(sweep)));
+            append(value, dom.createTextNode(madeUpText(sweep)));
     }
     void addBlanks() {
         const QDomElement value = any(isValue);
@@ -154,7 +157,7 @@ private:
         copyEntry();
     }
     void addNamespace() { root().setAttribute(QStringLiteral("xmlns"), QStringLiteral("urn:x")); }
-    void putTextInto() { any(isDirectory).appendChild(dom.createTextNode(madeUpText(sweep))); }
+    void putTextInto() { append(any(isDirectory), dom.createTextNode(madeUpText(sweep))); }
     /// As the registry's paths have it.
     void nestEntries() {
         QDomElement section = any(hasEntries);
@@ -162,7 +165,7 @@ private:
         QDomElement nested = dom.createElement(hasPrinters ? QStringLiteral("printers") : QStringLiteral("sessions"));
         while (section.hasChildNodes())
             nested.appendChild(section.firstChild());
-        section.appendChild(nested);
+        append(section, nested);
     }
 
     Sweep &sweep;
