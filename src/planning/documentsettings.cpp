@@ -31,19 +31,17 @@ public:
 
     bool startElement(const QString & /*namespaceUri*/, const QString &localName, const QString & /*qualifiedName*/,
                       const QXmlAttributes &attributes) override {
-        int entry = -1;
-        if (!open.empty()) {
+        const int parent = open.empty() ? -1 : open.back().setting.entry;
+        if (!open.empty())
             open.back().isDirectory = true;
-            entry = open.back().entry;
-        }
         if (!structure.enter(localName, attributes.value(QStringLiteral("id"))))
             return false;
         const QString path = structure.path();
-        if (localName == element::session || localName == element::printer) {
-            entry = result.entries.size();
-            result.entries.append({path, {}});
-        }
-        open.push_back({{path, {}, 0, entry}, entry, false});
+        const bool isEntry = localName == element::session || localName == element::printer;
+        const int entry = isEntry ? result.entries.size() : parent;
+        if (isEntry)
+            result.entries.append({path, {}, parent});
+        open.push_back({{path, {}, 0, entry, false}, false});
         return true;
     }
 
@@ -55,32 +53,39 @@ public:
 
     bool endElement(const QString & /*namespaceUri*/, const QString &localName,
                     const QString & /*qualifiedName*/) override {
-        const Element ended = open.back();
+        Element ended = std::move(open.back());
         open.pop_back();
         structure.leave();
-        if (ended.isDirectory) {
+        if (ended.isDirectory)
             result.directories.insert(ended.setting.path);
-            return true;
-        }
-        result.settings.append(ended.setting);
-        const bool isName = ended.entry >= 0 && localName == element::name && structure.path() == entryPath(ended);
-        if (isName)
-            result.entries[ended.entry].name = ended.setting.text.trimmed();
+        else
+            append(ended.setting, localName);
         return true;
     }
 
 private:
     struct Element {
         DocumentSetting setting; // what it is unless others are in it
-        int entry;
         bool isDirectory;
     };
 
-    QString entryPath(const Element &element) const { return result.entries.at(element.entry).path; }
+    /// Takes a setting whose element, of that name, has ended.
+    void append(DocumentSetting &setting, const QString &name) {
+        if (setting.entry >= 0) {
+            DocumentEntry &entry = result.entries[setting.entry];
+            if (name == element::name && structure.path() == entry.path) {
+                entry.name = setting.text.trimmed();
+                named.insert(setting.entry);
+            }
+            setting.isBeforeName = !named.contains(setting.entry);
+        }
+        result.settings.append(setting);
+    }
 
     DocumentSettings result;
     Structure structure;
     std::vector<Element> open;
+    QSet<int> named; // entries
 };
 
 QT_WARNING_POP

@@ -12,14 +12,16 @@ namespace quendar {
 struct DocumentEntry {
     QString path; ///< with the null UUID where the document gives no id that can be used
     QString name; ///< trimmed
+    int parent;   ///< the position of the entry that it lies in; -1 where it lies in none
 };
 
 /// An element without others in it.
 struct DocumentSetting {
-    QString path; ///< in the registry, as far as the document alone tells
-    QString text; ///< as it stands, white space included
-    int pieces;   ///< of text, each of which an import takes for a value
-    int entry;    ///< the position of its session or printer; -1 where it is in none
+    QString path;      ///< in the registry, as far as the document alone tells
+    QString text;      ///< as it stands, white space included
+    int pieces;        ///< of text, each of which an import takes for a value
+    int entry;         ///< the position of its session or printer; -1 where it is in none
+    bool isBeforeName; ///< whether it stands in an entry in front of that one's name
 };
 
 struct DocumentSettings {

@@ -1,20 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "planning/verification.h"
 
-#include "document/elements.h"
 #include "planning/documentsettings.h"
+#include "planning/entryplaces.h"
 #include "planning/importplan.h"
 #include "planning/places.h"
 #include "planning/planningclient.h"
-#include "registry/childrencache.h"
-#include "registry/viewkey.h"
 #include "registry/viewpaths.h"
 #include "stages/exportsettings.h"
 
 #include <QtCore/QHash>
-#include <QtCore/QUuid>
-
-#include <algorithm>
+#include <QtCore/QSet>
 
 namespace quendar {
 
@@ -33,6 +29,11 @@ QString whiteSpaceReason(const QString &before, const QString &after) {
     if (after == foldedAndTrimmed(before))
         return QStringLiteral("a carriage return becomes a line feed");
     return {};
+}
+
+bool isEntryGone(TessaroClient &client, const QString &path) {
+    const QString entry = entryOf(path);
+    return !entry.isEmpty() && readNode(client, entry).isAbsent();
 }
 
 /// The settings of the document that an export gives afterwards.
@@ -54,116 +55,39 @@ private:
     QHash<QString, QString> texts;
 };
 
+/// Says what becomes of each setting of a document.
 class Comparison {
 public:
-    Comparison(const Document &document, TessaroClient &registry, const ImportPlan &import)
-        : own(readSettings(document.text)), returned(exportSettings(registry).document), client(registry),
-          plan(import) {
-        findPrinters();
+    Comparison(const DocumentSettings &document, const ImportPlan &import, TessaroClient &registry)
+        : own(document), plan(import), client(registry), returned(exportSettings(client).document),
+          places(own.entries, returned.entries(), plan, client) {
         for (const DocumentSetting &setting : own.settings)
             ++times[{idlessEntryOf(setting), setting.path}];
+    }
+
+    Verification result() const {
+        Verification found;
+        QSet<QString> carried;
+        for (const DocumentSetting &setting : own.settings) {
+            const QString place = places.placeOf(setting);
+            const QString path = places.inRegistry(place);
+            carried.insert(path);
+            if (setting.text.trimmed().isEmpty() && returned.isDirectory(place))
+                continue;
+            ++found.settings;
+            if (!returned.contains(place))
+                found.lost.insert(path, lossOf(setting, path));
+            else if (returned.text(place) != setting.text)
+                found.altered.insert(path, alterationOf(setting, place));
+        }
         for (const QString &entry : plan.madeUpEntries)
             if (!isInPrinter(entry))
-                madeUp.insert(entry);
-        findEntries();
+                found.altered.insert(entry, QStringLiteral("it has no id: each import makes up another one"));
+        found.notCarried = keysBut(carried);
+        return found;
     }
-
-    /// Looks for all that the document holds in the one that comes back.
-    void compareSettings() {
-        for (const DocumentSetting &setting : own.settings) {
-            if (setting.entry >= 0 && setting.path == nameKeyOf(own.entries.at(setting.entry).path))
-                named.insert(setting.entry);
-            compare(setting);
-        }
-        for (const QString &session : std::as_const(madeUp))
-            result.altered.insert(session, QStringLiteral("it has no id: each import makes up another one"));
-    }
-
-    /// Of a document that this device has exported, whatever changes got lost on the way.
-    void takeChangesForLosses() {
-        for (auto change = plan.changes.byPath().cbegin(); change != plan.changes.byPath().cend(); ++change) {
-            const QString &path = change.key();
-            if (!change->before.isKey() || result.lost.contains(path) || result.altered.contains(path))
-                continue;
-            if (change->after.isKey())
-                result.altered.insert(path, whiteSpaceReason(change->before.text, change->after.text));
-            else
-                result.lost.insert(path, isEntryGone(path) ? QStringLiteral("it is deleted with its session or printer")
-                                                           : QString());
-        }
-    }
-
-    void listWhatIsNotCarried() {
-        visitNodes(
-            client, viewRoot(),
-            [this](const QString &path, const Node &node) {
-                const bool isMade =
-                    plan.changes.byPath().contains(path) && plan.changes.byPath()[path].before.isAbsent();
-                if (node.isKey() && !isMade && !carried.contains(path))
-                    result.notCarried.append(path);
-            });
-    }
-
-    Verification result;
 
 private:
-    /// A printer is known by its name, so its id in the registry may be in any form; a reader of a document knows one.
-    void findPrinters() {
-        const QString directory = childKey(childKey(viewRoot(), element::printerSection), QStringLiteral("printers"));
-        ChildrenCache cache;
-        for (const QString &path : entriesOf(directory, readChildren(client, cache, directory)))
-            printers.insert(childKey(directory, QUuid(nameIn(path).toString()).toString()), path);
-    }
-
-    QString inRegistry(const QString &place) const {
-        const QString entry = entryOf(place);
-        return printers.value(entry, entry) + place.mid(entry.size());
-    }
-
-    /// A printer is known by its name, a session without an id gets one. Several of one name come in the order in which
-    /// they were made, behind those that stood before.
-    void findEntries() {
-        const auto known = [](const DocumentEntry &entry) {
-            return QPair<QString, QString>(parentIn(entry.path).toString(), entry.name);
-        };
-        QHash<QPair<QString, QString>, QStringList> namesakes;
-        for (const DocumentEntry &entry : returned.entries())
-            if (isInPrinter(entry.path) || madeUp.contains(entry.path))
-                namesakes[known(entry)].append(entry.path);
-        QHash<QString, int> order;
-        for (const QString &path : plan.creations)
-            order.insert(path, order.size());
-        for (QStringList &paths : namesakes)
-            std::stable_sort(paths.begin(), paths.end(), [&](const QString &first, const QString &second) {
-                return order.value(first, -1) < order.value(second, -1);
-            });
-        for (const DocumentEntry &entry : own.entries) {
-            QStringList &paths = namesakes[known(entry)];
-            const bool isFound = (isInPrinter(entry.path) || isIdless(entry)) && !paths.isEmpty();
-            entryPlaces.append(isFound ? paths.takeFirst() : entry.path);
-        }
-    }
-
-    void compare(const DocumentSetting &setting) {
-        const QString place = placeOf(setting);
-        const QString path = inRegistry(place);
-        carried.insert(path);
-        if (setting.text.trimmed().isEmpty() && returned.isDirectory(place))
-            return;
-        ++result.settings;
-        if (!returned.contains(place))
-            result.lost.insert(path, lossOf(setting, path));
-        else if (returned.text(place) != setting.text)
-            result.altered.insert(path, alterationOf(setting, place));
-    }
-
-    /// Where the text of @p setting goes.
-    QString placeOf(const DocumentSetting &setting) const {
-        if (setting.entry < 0)
-            return setting.path;
-        return entryPlaces.at(setting.entry) + setting.path.mid(own.entries.at(setting.entry).path.size());
-    }
-
     QString alterationOf(const DocumentSetting &setting, const QString &place) const {
         const QString reason = whiteSpaceReason(setting.text, returned.text(place));
         if (!reason.isNull())
@@ -172,16 +96,16 @@ private:
             return QStringLiteral("it is in pieces, of which the last one stays");
         if (times.value({idlessEntryOf(setting), setting.path}) > 1)
             return QStringLiteral("another setting of that name follows");
-        return isBeforeName(setting) ? beforeName() : QString();
+        return isTooEarly(setting) ? tooEarly() : QString();
     }
 
-    QString lossOf(const DocumentSetting &setting, const QString &place) const {
-        if (isBeforeName(setting))
-            return beforeName();
-        if (isEntryGone(place))
+    QString lossOf(const DocumentSetting &setting, const QString &path) const {
+        if (isTooEarly(setting))
+            return tooEarly();
+        if (isEntryGone(client, path))
             return QStringLiteral("its session or printer is not there afterwards");
-        return readNode(client, place).isKey() ? QStringLiteral("it belongs to the device: no export holds it")
-                                               : QStringLiteral("it is not known here");
+        return readNode(client, path).isKey() ? QStringLiteral("it belongs to the device: no export holds it")
+                                              : QStringLiteral("it is not known here");
     }
 
     /// The position of the entry that @p setting is in, if that has no id: it shares its path with others. Otherwise
@@ -190,44 +114,58 @@ private:
         return setting.entry >= 0 && isIdless(own.entries.at(setting.entry)) ? setting.entry : -1;
     }
 
-    static bool isIdless(const DocumentEntry &entry) { return QUuid(nameIn(entry.path).toString()).isNull(); }
+    static bool isTooEarly(const DocumentSetting &setting) { return setting.isBeforeName && isInPrinter(setting.path); }
 
-    /// Whether @p setting, which is compared now, stands in a printer in front of its name.
-    bool isBeforeName(const DocumentSetting &setting) const {
-        return setting.entry >= 0 && isInPrinter(setting.path) && !named.contains(setting.entry);
+    static QString tooEarly() { return QStringLiteral("it is not known before the printer's name is read"); }
+
+    /// The keys of the device, but for those of @p carried and those that the import has made.
+    QStringList keysBut(const QSet<QString> &carried) const {
+        QStringList keys;
+        const auto isMade = [this](const QString &path) {
+            const auto change = plan.changes.byPath().constFind(path);
+            return change != plan.changes.byPath().cend() && change->before.isAbsent();
+        };
+        visitNodes(client, viewRoot(), [&](const QString &path, const Node &node) {
+            if (node.isKey() && !carried.contains(path) && !isMade(path))
+                keys.append(path);
+        });
+        return keys;
     }
 
-    static QString beforeName() { return QStringLiteral("it is not known before the printer's name is read"); }
-
-    bool isEntryGone(const QString &path) const {
-        const QString entry = entryOf(path);
-        return !entry.isEmpty() && readNode(client, entry).isAbsent();
-    }
-
-    const DocumentSettings own;
-    const Returned returned;
-    TessaroClient &client;
+    const DocumentSettings &own;
     const ImportPlan &plan;
+    TessaroClient &client;
+    const Returned returned;
+    const EntryPlaces places;
     QHash<QPair<int, QString>, int> times; // how often each is in the document: entry without an id, and path
-    QStringList entryPlaces;               // of the document's entries: where they are afterwards
-    QHash<QString, QString> printers;      // their paths in the registry, by those that a document's reader gives
-    QSet<int> named;                       // the entries whose names have been met
-    QSet<QString> madeUp;                  // sessions
-    QSet<QString> carried;                 // paths that the document sets
 };
+
+/// Adds to @p found, which is of a document that the device has exported, what else an import of it changes: that was
+/// lost on the way.
+Verification withChanges(Verification found, const ImportPlan &plan, TessaroClient &client) {
+    for (auto change = plan.changes.byPath().cbegin(); change != plan.changes.byPath().cend(); ++change) {
+        const QString &path = change.key();
+        if (!change->before.isKey() || found.lost.contains(path) || found.altered.contains(path))
+            continue;
+        if (change->after.isKey())
+            found.altered.insert(path, whiteSpaceReason(change->before.text, change->after.text));
+        else
+            found.lost.insert(path, isEntryGone(client, path)
+                                        ? QStringLiteral("it is deleted with its session or printer")
+                                        : QString());
+    }
+    return found;
+}
 
 } // namespace
 
 Verification verifyDocument(const Document &document) {
     PlanningClient client;
     const ImportPlan plan = planImport(document, client);
-    Comparison comparison(document, client, plan);
-    comparison.compareSettings();
-    comparison.result.isOwnExport = document.bytes == plan.current;
-    if (comparison.result.isOwnExport)
-        comparison.takeChangesForLosses();
-    comparison.listWhatIsNotCarried();
-    return comparison.result;
+    const DocumentSettings settings = readSettings(document.text);
+    Verification found = Comparison(settings, plan, client).result();
+    found.isOwnExport = document.bytes == plan.current;
+    return found.isOwnExport ? withChanges(found, plan, client) : found;
 }
 
 } // namespace quendar

@@ -239,8 +239,8 @@ QStringList planComplaints(const SweptDevice &swept, bool lacksDefaults, QMap<in
     if (isError(planned, imported, lacksDefaults, comparison))
         return comparison.wrong;
     const Nodes after = swept.nodes();
-    const bool isSomething = !plan.value(QLatin1String("changes")).toArray().isEmpty() ||
-                             !plan.value(QLatin1String("sections")).toArray().isEmpty();
+    const auto holds = [&plan](const char *list) { return !plan.value(QLatin1String(list)).toArray().isEmpty(); };
+    const bool isSomething = holds("changes") || holds("sections") || holds("unknown");
     comparison.compareOrdered("status", {QString::number(isSomething ? 2 : 0)}, {QString::number(planned.status)});
     comparison.compare("registry", linesOf(foretold(before, plan, comparison)), linesOf(after));
     comparison.compare("entries", entryLines(plan),
@@ -278,11 +278,14 @@ QStringList verificationComplaints(const SweptDevice &swept, bool lacksDefaults)
         return comparison.wrong;
 
     QStringList said;
+    int status = 0;
     const QJsonObject verification = parsed(verified.out);
     for (const char *const what : {"lost", "altered"})
-        for (const auto &item : verification.value(QLatin1String(what)).toArray())
+        for (const auto &item : verification.value(QLatin1String(what)).toArray()) {
+            status = 2;
             if (!comparison.isMadeUp(word(item.toObject(), "path")))
                 said.append(QLatin1String(what) + QStringLiteral(" /") + word(item.toObject(), "path"));
+        }
     QStringList found;
     const Nodes after = swept.nodes();
     const auto look = [&](const QString &path, const QJsonValue &text) {
@@ -300,7 +303,7 @@ QStringList verificationComplaints(const SweptDevice &swept, bool lacksDefaults)
             look(place, node->isString() && node->toString().trimmed().isEmpty() ? QString() : *node);
     }
     comparison.compare("verified", said, found);
-    comparison.compareOrdered("status", {QString::number(found.isEmpty() ? 0 : 2)}, {QString::number(verified.status)});
+    comparison.compareOrdered("status", {QString::number(status)}, {QString::number(verified.status)});
     return comparison.wrong;
 }
 
