@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "document/documentscan.h"
 
+#include "document/saxreader.h"
 #include "document/structure.h"
 #include "engine/limits.h"
 
 #include <QtCore/QXmlStreamReader>
-#include <QtXml/QXmlDefaultHandler>
-#include <QtXml/QXmlInputSource>
-#include <QtXml/QXmlSimpleReader>
 
 namespace quendar {
 
@@ -64,12 +62,7 @@ class StructureReader : public QXmlDefaultHandler {
 public:
     /// The line where the document is nested too deep, 0 when it is not.
     int read(const QString &text) {
-        QXmlInputSource source;
-        source.setData(text);
-        QXmlSimpleReader reader;
-        reader.setContentHandler(this);
-        reader.setErrorHandler(this);
-        reader.parse(source); // what is no XML, the load will refuse
+        reportDocument(text, *this); // what is no XML, the load will refuse
         return lineTooDeep;
     }
 

@@ -2,11 +2,8 @@
 #include "planning/documentsettings.h"
 
 #include "document/elements.h"
+#include "document/saxreader.h"
 #include "document/structure.h"
-
-#include <QtXml/QXmlDefaultHandler>
-#include <QtXml/QXmlInputSource>
-#include <QtXml/QXmlSimpleReader>
 
 #include <vector>
 
@@ -20,12 +17,7 @@ QT_WARNING_DISABLE_DEPRECATED // the applier's own reader
 class SettingsReader : public QXmlDefaultHandler {
 public:
     DocumentSettings read(const QString &text) {
-        QXmlInputSource source;
-        source.setData(text);
-        QXmlSimpleReader reader;
-        reader.setContentHandler(this);
-        reader.setErrorHandler(this);
-        reader.parse(source);
+        reportDocument(text, *this);
         return result;
     }
 

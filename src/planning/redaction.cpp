@@ -2,6 +2,7 @@
 #include "planning/redaction.h"
 
 #include "document/elements.h"
+#include "document/saxreader.h"
 #include "document/structure.h"
 #include "planning/places.h"
 #include "registry/viewkey.h"
@@ -9,9 +10,6 @@
 #include "stages/changedsections.h"
 
 #include <QtCore/QUuid>
-#include <QtXml/QXmlDefaultHandler>
-#include <QtXml/QXmlInputSource>
-#include <QtXml/QXmlSimpleReader>
 
 #include <optional>
 
@@ -49,13 +47,7 @@ public:
     explicit Redactor(const Secrets &secret) : secrets(secret) {}
 
     QByteArray redact(const QString &source) {
-        QXmlInputSource input;
-        input.setData(source);
-        QXmlSimpleReader reader;
-        reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespace-prefixes"), true);
-        reader.setContentHandler(this);
-        reader.setErrorHandler(this);
-        reader.parse(input);
+        reportDocument(source, *this, Attributes::All);
         if (failure)
             throw Error(*failure);
         return document.toUtf8() + '\n';
