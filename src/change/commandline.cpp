@@ -26,21 +26,17 @@ constexpr char usage[] = "usage: quendar-change COMMAND FILE [OPTION...]\n"
                          "quendar-change --help, --version\n";
 
 const QString help = QStringLiteral("help");
-const QString json = QStringLiteral("json");
-const QString showSecrets = QStringLiteral("show-secrets");
-const QString withDocument = QStringLiteral("with-document");
-const QString output = QStringLiteral("output");
 
 void addOption(QCommandLineParser &parser, const QString &name) {
-    const bool takesFile = name == withDocument || name == output;
+    const bool takesFile = name == option::withDocument || name == option::output;
     parser.addOption(QCommandLineOption(name, QString(), takesFile ? QStringLiteral("FILE") : QString()));
 }
 
 /// What the option that names a file to write to was given.
 QString outputFile(const QCommandLineParser &parser) {
-    for (const QString &option : {output, withDocument})
-        if (parser.optionNames().contains(option))
-            return parser.value(option);
+    for (const QString &name : {option::output, option::withDocument})
+        if (parser.optionNames().contains(name))
+            return parser.value(name);
     return {};
 }
 
@@ -65,8 +61,8 @@ std::variant<CommandLine, Answer> readCommandLine(const QStringList &arguments, 
     QCommandLineParser parser;
     addOption(parser, help);
     const QStringList options = commands.value(command).options;
-    for (const QString &option : options)
-        addOption(parser, option);
+    for (const QString &name : options)
+        addOption(parser, name);
     if (!parser.parse(arguments.mid(1)))
         return complaint(parser.errorText());
     const QStringList given = parser.optionNames();
@@ -75,12 +71,12 @@ std::variant<CommandLine, Answer> readCommandLine(const QStringList &arguments, 
     if (parser.positionalArguments().size() != 1)
         return complaint(QStringLiteral("%1 takes one FILE").arg(command));
     const QString written = outputFile(parser);
-    if (options.contains(output) && written.isEmpty())
+    if (options.contains(option::output) && written.isEmpty())
         return complaint(QStringLiteral("%1 takes --output OTHER").arg(command));
     if (written.startsWith(QLatin1Char('-')))
         return complaint(QStringLiteral("no file to write to: ") + written);
-    return CommandLine{command, parser.positionalArguments().first(), written, given.contains(json),
-                       given.contains(showSecrets)};
+    return CommandLine{command, parser.positionalArguments().first(), written, given.contains(option::json),
+                       given.contains(option::showSecrets)};
 }
 
 } // namespace quendar

@@ -10,6 +10,14 @@
 
 namespace quendar {
 
+/// The options' names, without "--".
+namespace option {
+inline const QString json = QStringLiteral("json");
+inline const QString showSecrets = QStringLiteral("show-secrets");
+inline const QString withDocument = QStringLiteral("with-document"); // takes a file to write to
+inline const QString output = QStringLiteral("output");              // likewise
+} // namespace option
+
 /// A complete command line. What was not given is empty.
 struct CommandLine {
     QString command;
@@ -27,7 +35,7 @@ struct Answer {
 
 /// What the program can be asked for.
 struct Command {
-    QStringList options;             ///< those that it takes, without "--"
+    QStringList options;             ///< those that it takes
     int (*run)(const CommandLine &); ///< returns the exit status; throws Error
 };
 

@@ -24,11 +24,9 @@ void printError(const QString &message) {
 }
 
 Commands commands() {
-    const QString json = QStringLiteral("json");
-    return {
-        {QStringLiteral("plan"), {{json, QStringLiteral("show-secrets"), QStringLiteral("with-document")}, runPlan}},
-        {QStringLiteral("verify"), {{json}, runVerify}},
-        {QStringLiteral("redact"), {{json, QStringLiteral("output")}, runRedact}}};
+    return {{QStringLiteral("plan"), {{option::json, option::showSecrets, option::withDocument}, runPlan}},
+            {QStringLiteral("verify"), {{option::json}, runVerify}},
+            {QStringLiteral("redact"), {{option::json, option::output}, runRedact}}};
 }
 
 /// Says why a command could not be done, as its options demand.

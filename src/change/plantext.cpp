@@ -14,9 +14,6 @@ namespace quendar {
 
 namespace {
 
-/// Lines of a section that are shown; a screen has some more.
-constexpr int maximumLines = 20;
-
 /// Labels are filled up to the longest of their section, but not beyond this.
 constexpr int maximumColumn = 46;
 

@@ -7,6 +7,9 @@
 
 namespace quendar {
 
+/// Lines of one list that are shown; a screen has some more.
+constexpr int maximumLines = 20;
+
 /// @p text on one line: what a terminal would not print, or would obey, is escaped as in C.
 QString readable(const QString &text);
 

@@ -11,9 +11,6 @@ namespace quendar {
 
 namespace {
 
-/// Keys not carried that are shown; a screen has some more.
-constexpr int maximumLines = 20;
-
 QString listed(const QString &title, const QMap<QString, QString> &reasonsByPath) {
     QString text = reasonsByPath.isEmpty() ? QString() : title + QLatin1Char('\n');
     for (auto reason = reasonsByPath.cbegin(); reason != reasonsByPath.cend(); ++reason)

@@ -48,16 +48,19 @@ Document checkedDocument(const QByteArray &bytes) {
     return {bytes, text, scanDocument(bytes, text)};
 }
 
-QString decodedDocument(const QByteArray &bytes) {
-    const QTextCodec *const declared = QTextCodec::codecForName(declaredEncoding(bytes));
-    const QTextCodec *const codec =
-        declared ? declared : QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"));
-    QString text = codec->toUnicode(bytes);
+QString withLineFeeds(QString text) {
     if (text.contains(QLatin1Char('\r'))) {
         text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
         text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     }
     return text;
+}
+
+QString decodedDocument(const QByteArray &bytes) {
+    const QTextCodec *const declared = QTextCodec::codecForName(declaredEncoding(bytes));
+    const QTextCodec *const codec =
+        declared ? declared : QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"));
+    return withLineFeeds(codec->toUnicode(bytes));
 }
 
 } // namespace quendar

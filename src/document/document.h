@@ -23,6 +23,9 @@ QByteArray readDocument(QIODevice &device);
 /// many different names, refers to characters in a way that cannot be told, or declares more than a document needs.
 Document checkedDocument(const QByteArray &bytes);
 
+/// @p text with line feeds in the place of all line ends, as every reader of XML has them.
+QString withLineFeeds(QString text);
+
 /// The text of a document, decoded as the engine decodes it. Line ends are line feeds, as every reader of XML has them;
 /// the one in use would hand on carriage returns.
 QString decodedDocument(const QByteArray &bytes);

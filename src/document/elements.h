@@ -13,6 +13,11 @@ inline const QLatin1String printer("printer");  // one entry of the directory `p
 inline const QLatin1String printerSection("network_printer");
 inline const QLatin1String name("name"); // by which a printer is known
 
+/// Whether the element of that tag is an entry of a directory, known by its attribute `id`.
+inline bool isEntry(const QString &tag) {
+    return tag == session || tag == printer;
+}
+
 /// The sections of sessions.
 inline QStringList sessionTypes() {
     return QStringLiteral("rdp,ica,korvterm,browser,leostream,zovra,kelmo,vmware,vworkspace,xenapp,ssh,xdmcp,telnet")

@@ -28,7 +28,7 @@ bool Structure::enter(const QString &element, const QString &id) {
 
     Place place = {element, places.back().level + 1, isPrinter,
                    isInPrinterSection || element == element::printerSection};
-    if (isPrinter || element == element::session) {
+    if (element::isEntry(element)) {
         place.name = takeEntry(isPrinter ? QStringLiteral("printers") : QStringLiteral("sessions"), id);
         ++place.level;
     } else if (element == element::root) {

@@ -5,7 +5,7 @@
 namespace quendar {
 
 void LumoConfigViewModifier::loadPrinters() {
-    const QString printers = viewRoot() + QStringLiteral("/network_printer/printers");
+    const QString printers = printersPath();
     const QStringList paths = entriesOf(printers, children(printers));
     for (const QString &path : paths) {
         const QString key = childKey(path, QStringLiteral("name"));

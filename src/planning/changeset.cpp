@@ -20,4 +20,9 @@ void ChangeSet::copy(const QString &path, const ChangeSet &other) {
         changes.insert(path, *change);
 }
 
+bool ChangeSet::makes(const QString &path) const {
+    const auto change = changes.constFind(path);
+    return change != changes.cend() && change->before.isAbsent();
+}
+
 } // namespace quendar

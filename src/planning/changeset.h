@@ -23,6 +23,9 @@ public:
     /// Takes over what @p other notes of @p path, be it nothing.
     void copy(const QString &path, const ChangeSet &other);
 
+    /// Whether what stands at @p path did not stand there before.
+    bool makes(const QString &path) const;
+
     /// In the order of the paths: a directory before what is in it.
     const QMap<QString, Change> &byPath() const { return changes; }
 

@@ -29,7 +29,7 @@ public:
         if (!structure.enter(localName, attributes.value(QStringLiteral("id"))))
             return false;
         const QString path = structure.path();
-        const bool isEntry = localName == element::session || localName == element::printer;
+        const bool isEntry = element::isEntry(localName);
         const int entry = isEntry ? result.entries.size() : parent;
         if (isEntry)
             result.entries.append({path, {}, parent});

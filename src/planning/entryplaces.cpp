@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "planning/entryplaces.h"
 
-#include "document/elements.h"
 #include "planning/places.h"
 #include "registry/childrencache.h"
 #include "registry/viewkey.h"
 #include "registry/viewpaths.h"
-
-#include <QtCore/QUuid>
 
 #include <algorithm>
 
@@ -40,11 +37,11 @@ QHash<Identity, QStringList> knownByName(const QVector<DocumentEntry> &returned,
 }
 
 QHash<QString, QString> printersByDocumentPath(TessaroClient &client) {
-    const QString directory = childKey(childKey(viewRoot(), element::printerSection), QStringLiteral("printers"));
+    const QString directory = printersPath();
     QHash<QString, QString> printers;
     ChildrenCache cache;
     for (const QString &path : entriesOf(directory, readChildren(client, cache, directory)))
-        printers.insert(childKey(directory, QUuid(nameIn(path).toString()).toString()), path);
+        printers.insert(childKey(directory, idOf(path).toString()), path);
     return printers;
 }
 
@@ -76,7 +73,7 @@ QString EntryPlaces::inRegistry(const QString &place) const {
 }
 
 bool isIdless(const DocumentEntry &entry) {
-    return QUuid(nameIn(entry.path).toString()).isNull();
+    return idOf(entry.path).isNull();
 }
 
 } // namespace quendar

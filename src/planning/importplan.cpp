@@ -12,7 +12,6 @@
 #include "stages/roomcheck.h"
 
 #include <QtCore/QRegularExpression>
-#include <QtCore/QUuid>
 
 #include <algorithm>
 #include <tuple>
@@ -76,14 +75,14 @@ QSet<QString> madeUpEntries(const ImportPlan &plan, const Document &document, Te
     };
     QSet<QString> madeUp;
     for (auto entry = plan.entryNames.keyBegin(); entry != plan.entryNames.keyEnd(); ++entry)
-        if (!document.contents.entries.contains(*entry) && !QUuid(nameIn(*entry).toString()).isNull() && isNew(*entry))
+        if (!document.contents.entries.contains(*entry) && !idOf(*entry).isNull() && isNew(*entry))
             madeUp.insert(*entry);
     if (madeUp.isEmpty())
         return madeUp;
 
     const QSet<QUuid> given = idsIn(document.text);
     for (auto entry = madeUp.begin(); entry != madeUp.end();)
-        entry = given.contains(QUuid(nameIn(*entry).toString())) ? madeUp.erase(entry) : std::next(entry);
+        entry = given.contains(idOf(*entry)) ? madeUp.erase(entry) : std::next(entry);
     return madeUp;
 }
 

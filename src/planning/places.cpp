@@ -52,6 +52,10 @@ QString kindOf(const QString &path) {
     return isInPrinter(path) ? QStringLiteral("printer") : QStringLiteral("session");
 }
 
+QUuid idOf(const QString &entry) {
+    return QUuid(nameIn(entry).toString());
+}
+
 QString nameKeyOf(const QString &entry) {
     return childKey(entry, QStringLiteral("name"));
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QtCore/QString>
+#include <QtCore/QUuid>
 
 namespace quendar {
 
@@ -18,6 +19,9 @@ bool isInPrinter(const QString &path);
 
 /// "printer" or "session", likewise.
 QString kindOf(const QString &path);
+
+/// The id that the session or printer at @p entry is named by; null where its name is none.
+QUuid idOf(const QString &entry);
 
 /// The path of the key that holds the name of the session or printer at @p entry.
 QString nameKeyOf(const QString &entry);

@@ -22,8 +22,7 @@ bool isInSectionOfEntries(const ViewKey &entry) {
     const ViewKey section = directory.parent();
     const bool isSession =
         directory.name() == QLatin1String("sessions") && element::sessionTypes().contains(section.name());
-    const bool isPrinter = directory.name() == QLatin1String("printers") && section.name() == element::printerSection;
-    return (isSession || isPrinter) && section.parent() == viewRoot();
+    return directory == printersPath() || (isSession && section.parent() == viewRoot());
 }
 
 /// The nodes below @p path, by their paths from there.
@@ -95,7 +94,7 @@ int PlanningClient::create(const QString &path, const _RegEntryType &type) {
     if (isMadeAgain)
         requireFresh(path);
     // A library that fills entries only when they are committed would have all their settings shown as unknown.
-    const bool isExpectingDefaults = isInSectionOfEntries(path) && !isMade(ViewKey(path).parent().parent());
+    const bool isExpectingDefaults = isInSectionOfEntries(path) && !changes.makes(ViewKey(path).parent().parent());
     require(made.last() != path || !isExpectingDefaults,
             impossibleToPlan(QStringLiteral("the registry fills a new entry with no settings"), path));
     created.append(path);
@@ -132,12 +131,6 @@ const ChangeSet &PlanningClient::settle() {
 void PlanningClient::note(const QString &path, const Node &before, const Node &after) {
     changes.record(path, before, after);
     uncommitted.insert(path);
-}
-
-/// Whether what stands at @p path did not stand there at first.
-bool PlanningClient::isMade(const QString &path) const {
-    const auto change = changes.byPath().constFind(path);
-    return change != changes.byPath().cend() && change->before.isAbsent();
 }
 
 /// Whether the entry at @p path, which was deleted and made again, is as new as another one beside it.

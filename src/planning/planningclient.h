@@ -42,7 +42,6 @@ public:
 private:
     void note(const QString &path, const Node &before, const Node &after);
     void coverMissingAbove(const QString &path);
-    bool isMade(const QString &path) const;
     void requireFresh(const QString &path);
     void dropAllBut(const ChangeSet &kept, const QString &path);
 

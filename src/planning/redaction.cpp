@@ -31,7 +31,7 @@ bool isOfFormat(const QString &element, const QString &attribute, const QString 
     if (attribute == QLatin1String("xmlns") || attribute.startsWith(QLatin1String("xmlns:")))
         return true;
     if (attribute == QLatin1String("id"))
-        return (element == element::session || element == element::printer) && !QUuid(value).isNull();
+        return element::isEntry(element) && !QUuid(value).isNull();
     static const QStringList ofRoot = {QStringLiteral("version"), QStringLiteral("creator_version"),
                                        QStringLiteral("creator")};
     return element == element::root && ofRoot.contains(attribute);
@@ -58,7 +58,7 @@ public:
         writeWaiting();
         waiting = Tag{localName, qualifiedName, attributes, takeText()};
         names.append(localName);
-        if (isEntry(localName))
+        if (element::isEntry(localName))
             openEntries.append(entries++);
         return structure.enter(localName, attributes.value(QStringLiteral("id")));
     }
@@ -74,7 +74,7 @@ public:
             dropWaiting();
         else
             writeEnd(qualifiedName, takeText());
-        if (isEntry(names.takeLast()))
+        if (element::isEntry(names.takeLast()))
             openEntries.removeLast();
         return structure.leave();
     }
@@ -97,8 +97,6 @@ private:
         QXmlAttributes attributes;
         QString before; // text in front of it
     };
-
-    static bool isEntry(const QString &name) { return name == element::session || name == element::printer; }
 
     void noteSecret() {
         secretPaths.append(structure.path());
@@ -150,7 +148,7 @@ private:
     /// Whether the innermost open element may be the key of a secret. Without its name a printer would be another one.
     bool isSecret() const {
         const QString &name = names.last();
-        if (name == element::root || isEntry(name) || !secrets.include(name))
+        if (name == element::root || element::isEntry(name) || !secrets.include(name))
             return false;
         const QString path = structure.path();
         return name != element::name || !isInPrinter(path) || path != nameKeyOf(entryOf(path));

@@ -16,17 +16,11 @@ namespace quendar {
 
 namespace {
 
-QString foldedAndTrimmed(QString text) {
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    return text.trimmed();
-}
-
 /// What became of the text of a key, if only its white space differs.
 QString whiteSpaceReason(const QString &before, const QString &after) {
     if (after == before.trimmed())
         return QStringLiteral("white space at the ends is removed");
-    if (after == foldedAndTrimmed(before))
+    if (after == withLineFeeds(before).trimmed())
         return QStringLiteral("a carriage return becomes a line feed");
     return {};
 }
@@ -121,12 +115,8 @@ private:
     /// The keys of the device, but for those of @p carried and those that the import has made.
     QStringList keysBut(const QSet<QString> &carried) const {
         QStringList keys;
-        const auto isMade = [this](const QString &path) {
-            const auto change = plan.changes.byPath().constFind(path);
-            return change != plan.changes.byPath().cend() && change->before.isAbsent();
-        };
         visitNodes(client, viewRoot(), [&](const QString &path, const Node &node) {
-            if (node.isKey() && !carried.contains(path) && !isMade(path))
+            if (node.isKey() && !carried.contains(path) && !plan.changes.makes(path))
                 keys.append(path);
         });
         return keys;

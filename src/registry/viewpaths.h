@@ -11,4 +11,9 @@ inline QString viewRoot() {
     return rootNodeName + QStringLiteral("/lumo-config-view");
 }
 
+/// The directory of the device's printers.
+inline QString printersPath() {
+    return viewRoot() + QStringLiteral("/network_printer/printers");
+}
+
 } // namespace quendar
