@@ -53,7 +53,7 @@ QString kindOf(const QString &path) {
 }
 
 QUuid idOf(const QString &entry) {
-    return QUuid(nameIn(entry).toString());
+    return QUuid::fromString(nameIn(entry));
 }
 
 QString nameKeyOf(const QString &entry) {
