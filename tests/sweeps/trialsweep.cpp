@@ -4,6 +4,7 @@
 #include "sweeps/trieddevice.h"
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QRegularExpression>
 #include <QtTest/QtTest>
 
 #include <atomic>
@@ -20,17 +21,17 @@ const QByteArray otherImport = "quendarsettings -settings \"$TMPDIR/../other.xml
 const char otherDocument[] = "<lumo_config><audio><volume>7</volume></audio>"
                              "<time_zone><city>Reykjavik</city></time_zone></lumo_config>";
 
-/// What is done with a change, and the processes whose writing calls are met.
+/// What is done with a change, and the processes that write then.
 const struct Course {
     const char *steps;
     const char *roles;
 } courses[] = {{"try, over", "try guard apply-sections"},
                {"try, confirm", "confirm"},
-               {"try, revert", "revert apply-sections guard"},
-               {"try, confirm, revert", "revert"},
+               {"try, revert", "revert"},
+               {"try, confirm, revert", "revert apply-sections"},
                {"try, restart, resume, over", "resume guard"},
-               {"apply --check true", "apply run-check"},
-               {"apply --check false --check-for 1s", "apply guard run-check"}};
+               {"apply --check true", "apply"},
+               {"apply --check false --check-for 1s", "apply"}};
 
 } // namespace
 
@@ -53,50 +54,41 @@ private Q_SLOTS:
         beforeWithOther = tried.settings();
     }
 
-    void init() { tried.reset(); }
+    void init() {
+        hasKilled = false;
+        tried.reset();
+    }
 
-    void aKillAtAnyWriteLeavesAllOrNothing_data() {
+    void aKillLeavesAllOrNothing_data() {
         QTest::addColumn<QByteArray>("course");
-        QTest::addColumn<QByteArray>("counted");
+        QTest::addColumn<QString>("roles");
         for (const Course &course : courses)
-            for (const QByteArray &role : QByteArray(course.roles).split(' '))
-                QTest::addRow("%s: %s", course.steps, role.constData()) << QByteArray(course.steps) << role + " *";
+            QTest::newRow(course.steps) << QByteArray(course.steps) << QString::fromLatin1(course.roles);
     }
 
-    /// Half of them are restarts of the device.
-    void aKillAtAnyWriteLeavesAllOrNothing() {
-        QFETCH(const QByteArray, counted);
-        const int calls = callsOf(counted);
-        Sweep sweep;
-        int killed = 0;
-        for (int i = 0; i < Sweep::cases(1, calls); ++i) {
-            const int number = 1 + (Sweep::isLong() ? i : sweep.below(calls));
-            tried.reset();
-            tried.strike(counted, OtherWorld::Kill, number);
-            takeCourse();
-            const QString call = tried.calls().value(number - 1); // fewer may have been needed this time
-            killed += call.isNull() ? 0 : 1;
-            const QStringList wrong = complaintsAfterKill(sweep.chance(50));
-            QVERIFY2(wrong.isEmpty(), qUtf8Printable(QStringLiteral("killed at %1, %2: ").arg(number).arg(call) +
-                                                     wrong.join(QLatin1Char('\n'))));
-        }
-        qInfo("%d calls, %d kills", calls, killed);
-    }
-
-    void aKillAtAnyTimeLeavesAllOrNothing_data() {
-        QTest::addColumn<QByteArray>("course");
-        for (const Course &course : courses)
-            QTest::newRow(course.steps) << QByteArray(course.steps);
-    }
-
-    void aKillAtAnyTimeLeavesAllOrNothing() {
+    /// At each writing call of each process, and at any time. Half of the kills are restarts of the device.
+    void aKillLeavesAllOrNothing() {
+        QFETCH(const QString, roles);
         QElapsedTimer timer;
         timer.start();
-        takeCourse();
+        const QStringList calls = callsOf("*");
+        QVERIFY(!calls.isEmpty());
         const auto length = static_cast<int>(timer.nsecsElapsed() / 1000);
-        Sweep sweep;
-        const int wanted = Sweep::cases(1, 40);
         int killed = 0;
+        for (const QString &role : roles.split(QLatin1Char(' '))) {
+            const int all = calls.filter(QRegularExpression(QLatin1Char('^') + role + QLatin1Char(' '))).size();
+            for (int i = 0; i < Sweep::cases(1, all); ++i) {
+                const int number = 1 + (Sweep::isLong() ? i : sweep.below(all));
+                tried.reset();
+                tried.strike(role.toLatin1() + " *", OtherWorld::Kill, number);
+                takeCourse();
+                killed += tried.hasStruck() ? 1 : 0; // fewer calls may have been needed this time
+                const QString call = tried.calls().value(number - 1);
+                const QByteArray wrong = said(number, call, complaintsAfterKill(sweep.chance(50)));
+                QVERIFY2(wrong.isEmpty(), wrong.constData());
+            }
+        }
+        const int wanted = killed + Sweep::cases(1, 40);
         for (int run = 0; killed < wanted; ++run) {
             QVERIFY2(run < 20 * wanted, "all ends before it is killed");
             tried.reset();
@@ -115,44 +107,39 @@ private Q_SLOTS:
             takeCourse();
             killer.join();
             killed += hasKilled ? 1 : 0;
-            const QStringList wrong = complaintsAfterKill(isRestart);
-            QVERIFY2(wrong.isEmpty(), qUtf8Printable(QStringLiteral("killed after %1 us: ").arg(moment) +
-                                                     wrong.join(QLatin1Char('\n'))));
+            const QByteArray wrong = said(moment, QStringLiteral("us"), complaintsAfterKill(isRestart));
+            QVERIFY2(wrong.isEmpty(), wrong.constData());
         }
-        qInfo("%d kills within %d us", killed, length);
+        qInfo("%d calls within %d us, %d kills", calls.size(), length, killed);
     }
 
     void aWriteThatFailsLeavesAllOrNothing_data() {
         QTest::addColumn<QByteArray>("course");
-        QTest::addColumn<int>("error");
-        QTest::addColumn<bool>("isOnce");
-        for (const char *const course : {"try, over", "try, confirm", "try, confirm, revert", "apply --check true"}) {
-            QTest::addRow("%s: a full disk", course) << QByteArray(course) << ENOSPC << false;
-            QTest::addRow("%s: full once", course) << QByteArray(course) << ENOSPC << true;
-            QTest::addRow("%s: read-only", course) << QByteArray(course) << EROFS << false;
-        }
+        for (const Course &course : courses)
+            QTest::newRow(course.steps) << QByteArray(course.steps);
     }
 
+    /// On a disk that is full or read-only, once or from then on.
     void aWriteThatFailsLeavesAllOrNothing() {
-        QFETCH(const int, error);
-        QFETCH(const bool, isOnce);
         const QByteArray durable = "* * @(state|registry|tmp)*";
-        const int calls = callsOf(durable);
-        Sweep sweep;
+        const int calls = callsOf(durable).size();
+        QVERIFY(calls > 0);
         QMap<int, int> statuses;
-        tried.world->error = error;
-        for (int i = 0; i < Sweep::cases(1, 60); ++i) {
+        for (int i = 0; i < Sweep::cases(2, 150); ++i) {
             const int number = 1 + sweep.below(calls);
             tried.reset();
-            tried.strike(durable, OtherWorld::Fail, number, isOnce);
+            tried.world->error = sweep.chance(50) ? ENOSPC : EROFS;
+            tried.strike(durable, OtherWorld::Fail, number, sweep.chance(50));
             const auto [status, command] = takeCourse();
             ++statuses[status];
             const QString call = tried.calls().value(number - 1);
             QStringList wrong;
             if (status == 1 && (command == "try" || command == "apply") && tried.settings() != before)
                 wrong.append(QStringLiteral("an error has changed something"));
-            if (status == 5 && (tried.isClosed() || word(tried.status(), "reason").isEmpty()))
-                wrong.append(QStringLiteral("it is not said what is to be put back"));
+            const QJsonObject left = tried.status();
+            if (status == 5 && left.value(QLatin1String("ended")).isNull() &&
+                !left.value(QLatin1String("watched")).toBool())
+                wrong.append(QStringLiteral("nobody goes on with it"));
             if (!tried.finish())
                 wrong.append(QStringLiteral("it stays open"));
             wrong += tried.complaints(before, after);
@@ -162,8 +149,8 @@ private Q_SLOTS:
             if ((isToBeKept && state != QLatin1String("confirmed")) ||
                 (isToBePutBack && state != QLatin1String("reverted")))
                 wrong.append(QStringLiteral("%1 after status %2").arg(state, QString::number(status)));
-            QVERIFY2(wrong.isEmpty(),
-                     qUtf8Printable(QStringLiteral("%1, %2: ").arg(number).arg(call) + wrong.join(QLatin1Char('\n'))));
+            const QByteArray all = said(number, call, wrong);
+            QVERIFY2(all.isEmpty(), all.constData());
         }
         qInfo() << calls << "calls; runs by exit status:" << statuses;
     }
@@ -190,7 +177,7 @@ private Q_SLOTS:
                 tried.device.run(otherImport);
             else if (!call.isEmpty())
                 tried.strike(call, OtherWorld::Run, number);
-            QCOMPARE(tried.device.run("quendar-change try f --confirm-within 1h").err, QByteArray());
+            QCOMPARE(tried.device.run("quendar-change try f --confirm-within 1h").status, 0);
             QVERIFY(call.isEmpty() || tried.hasStruck());
             if (call.isEmpty() && number == 1)
                 tried.device.run(otherImport);
@@ -202,7 +189,7 @@ private Q_SLOTS:
             QByteArray expected = beforeWithOther;
             if (isConflict && isForced)
                 expected.replace("Reykjavik", "Paris");
-            QCOMPARE(tried.complaints(expected, {}), QStringList());
+            QCOMPARE(tried.complaints(expected, {}).join(QLatin1Char('\n')), QString());
         }
     }
 
@@ -214,8 +201,10 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 1);
         QCOMPARE(tried.world->calls, 3);
         QByteArray expected = before;
-        expected.replace("Paris", tried.device.run("tessaro get root/lumo-config-view/time_zone/city").out.trimmed());
-        QCOMPARE(tried.complaints(expected, {}), QStringList());
+        expected.replace("\"city\": \"Paris\"",
+                         "\"city\": \"" +
+                             tried.device.run("tessaro get root/lumo-config-view/time_zone/city").out.trimmed() + '"');
+        QCOMPARE(tried.complaints(expected, {}).join(QLatin1Char('\n')), QString());
     }
 
     void oneOfTwoAtOnceIsRefused() {
@@ -231,7 +220,7 @@ private Q_SLOTS:
             QCOMPARE(tried.settings(), after);
             QVERIFY(second.status == 0 || word(refused, "open") == word(tried.status(), "id"));
             QVERIFY(tried.finish());
-            QCOMPARE(tried.complaints(before, after), QStringList());
+            QCOMPARE(tried.complaints(before, after).join(QLatin1Char('\n')), QString());
         }
     }
 
@@ -255,7 +244,7 @@ private Q_SLOTS:
         QCOMPARE(tried.device.run("quendar-change resume").status, 0);
         QCOMPARE(word(tried.status(), "state"), QStringLiteral("trying"));
         QVERIFY(tried.finish());
-        QCOMPARE(tried.complaints(before, {}), QStringList());
+        QCOMPARE(tried.complaints(before, {}).join(QLatin1Char('\n')), QString());
     }
 
     void aSecondRestartPutsBackAtOnce_data() {
@@ -275,18 +264,21 @@ private Q_SLOTS:
             QCOMPARE(tried.device.run("quendar-change resume").status, 0);
             QTRY_COMPARE_WITH_TIMEOUT(word(tried.status(), "state"), QLatin1String(state), 30000);
         }
-        QCOMPARE(tried.complaints(before, {}), QStringList());
+        QCOMPARE(tried.complaints(before, {}).join(QLatin1Char('\n')), QString());
     }
 
 private:
-    int callsOf(const QByteArray &counted) {
+    /// Of the undisturbed course; none where something is wrong with that already.
+    QStringList callsOf(const QByteArray &counted) {
         tried.count(counted);
         takeCourse();
-        const int calls = tried.world->calls;
-        const QStringList wrong = tried.complaints(before, after);
-        if (calls == 0 || !wrong.isEmpty())
-            qFatal("%d calls; %s", calls, qUtf8Printable(wrong.join(QLatin1Char('\n'))));
-        return calls;
+        return tried.complaints(before, after).isEmpty() ? tried.calls() : QStringList();
+    }
+
+    static QByteArray said(int place, const QString &what, const QStringList &wrong) {
+        return wrong.isEmpty()
+                   ? QByteArray()
+                   : QStringLiteral("%1 %2: ").arg(place).arg(what).toUtf8() + wrong.join(QLatin1Char('\n')).toUtf8();
     }
 
     /// When nothing is open any more. What was changed when the device was restarted must have been applied again.
@@ -329,6 +321,7 @@ private:
 
     bool hasStruck() const { return hasKilled || tried.hasStruck(); }
 
+    Sweep sweep;
     TriedDevice tried;
     QByteArray before;
     QByteArray after;

@@ -40,7 +40,7 @@ public:
     /// Ends all processes and begins anew, as a restart does.
     void restart();
 
-    /// Calls `resume`, lets all time go by, and waits until no change is open any more.
+    /// Lets all time go by, calls `resume`, and waits until no change is open any more.
     bool finish();
 
     /// What is wrong when no change is open any more: each section must be taken up as it stands in the registry,

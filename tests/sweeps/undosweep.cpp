@@ -25,31 +25,41 @@ bool isBelow(const QString &path, const QString &directory) {
     return path.startsWith(directory + QLatin1Char('/'));
 }
 
-/// What a plan says: which nodes change, and which sections are applied.
+bool isBelowAny(const QString &path, const QStringList &directories) {
+    return std::any_of(
+        directories.cbegin(), directories.cend(),
+        [&path](const QString &directory) { return isBelow(path, directory); });
+}
+
+/// What a plan says, but for what has an id that the import makes up: another each time.
 struct Plan {
     explicit Plan(const Outcome &outcome) : status(outcome.status) {
         const QJsonObject plan = parsed(outcome.out);
         sections = texts(plan.value(QLatin1String("sections")));
+        QStringList madeUp;
+        for (const auto &entry : plan.value(QLatin1String("entries")).toArray())
+            if (entry.toObject().value(QLatin1String("id_made_up")).toBool())
+                madeUp.append(word(entry.toObject(), "path"));
         for (const auto &item : plan.value(QLatin1String("changes")).toArray()) {
             const QJsonObject change = item.toObject();
-            changed.append(word(change, "path"));
-            const bool isMade = change.value(QLatin1String("before")).isNull();
-            if (isMade && change.value(QLatin1String("after")).isObject())
-                made.append(changed.last());
+            const QString path = word(change, "path");
+            const QJsonValue after = change.value(QLatin1String("after"));
+            if (madeUp.contains(path) || isBelowAny(path, madeUp))
+                continue;
+            if (after.isNull())
+                gone.append(path);
+            else if (after.isString())
+                changed.append(path);
+            else if (change.value(QLatin1String("before")).isNull())
+                made.append(path);
         }
-    }
-
-    /// Whether a path is put back or goes with a change.
-    bool covers(const QString &path) const {
-        return changed.contains(path) ||
-               std::any_of(
-                   made.cbegin(), made.cend(), [&path](const QString &directory) { return isBelow(path, directory); });
     }
 
     int status;
     QStringList sections;
-    QStringList changed;
-    QStringList made; // directories
+    QStringList changed; // keys
+    QStringList made;    // directories
+    QStringList gone;
 };
 
 } // namespace
@@ -97,7 +107,7 @@ private:
         QStringList directories;
         QStringList keys;
         for (auto node = nodesBefore.cbegin(); node != nodesBefore.cend(); ++node)
-            if (isBelow(node.key(), QStringLiteral("/root/lumo-config-view")))
+            if (isBelow(node.key(), QStringLiteral("/root/lumo-config-view")) && !plan.gone.contains(node.key().mid(1)))
                 (node->isString() ? keys : directories).append(node.key().mid(1));
         QStringList written;
         const auto write = [&](int percent, const QStringList &paths, const QString &name) {
@@ -108,7 +118,7 @@ private:
         write(40, keys, QString());
         write(40, plan.changed, QString());
         write(20, plan.made, QStringLiteral("/hooked"));
-        QByteArray script = "[ -e ../hooked ] || {\n";
+        QByteArray script = "[ -e ../hooked ] || ! grep -q '\"state\":\"applying\"' ../state/state.json || {\n";
         for (const QString &path : std::as_const(written))
             script += "tessaro set " + quoted(path) + " hooked && echo " + quoted(path) + " >>../written\n";
         script += "touch ../hooked; }\n";
@@ -138,7 +148,7 @@ private:
                                         .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         const QJsonObject status = tried.status();
         for (const QString &path : written) {
-            if (ending == Forced && plan.covers(path))
+            if (ending == Forced && (plan.changed.contains(path) || isBelowAny(path, plan.made)))
                 continue;
             expected.insert(QLatin1Char('/') + path, QStringLiteral("hooked"));
             for (QString above = parentOf(path); !above.isEmpty(); above = parentOf(above))
@@ -148,12 +158,11 @@ private:
         }
         Comparison comparison({});
         QStringList listed = texts(status.value(QLatin1String("conflicts")));
-        listed.erase(std::remove_if(listed.begin(), listed.end(),
-                                    [&](const QString &path) {
-                                        return std::any_of(written.cbegin(), written.cend(),
-                                                           [&](const QString &one) { return isBelow(one, path); });
-                                    }),
-                     listed.end());
+        const auto holdsWritten = [&written](const QString &path) {
+            return std::any_of(written.cbegin(), written.cend(),
+                               [&path](const QString &one) { return isBelow(one, path); });
+        };
+        listed.erase(std::remove_if(listed.begin(), listed.end(), holdsWritten), listed.end());
         comparison.compare("conflicts", left, listed);
         comparison.compare("registry", linesOf(expected), linesOf(nodes()));
         comparison.demand(!written.isEmpty() || tried.settings() == before, QStringLiteral("not the same to the byte"));
