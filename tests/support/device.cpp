@@ -25,7 +25,10 @@ Device::Device(const QString &json) {
                    {"TESSARO_APPLY_DIR", here + "/hooks"},
                    {"TESSARO_APPLY_SERVICE", here + "/bin/tessaro-apply"},
                    {"QUENDAR_CHANGE_SECRETS", "/dev/null"},
+                   {"QUENDAR_CHANGE_STATE", here + "/state"},
                    {"TMPDIR", here + "/tmp"}};
+    if (qEnvironmentVariableIsSet("TEST_EMULATOR"))
+        environment.insert("QUENDAR_CHANGE_PROGRAM", here + "/bin/quendar-change");
     load(contentsOf(json));
 }
 
@@ -71,7 +74,8 @@ QStringList Device::leftovers() const {
         left.append(QStringLiteral("a semaphore or a file: ") + semaphores.join(QLatin1Char(' ')));
     if (QFile::exists(postActionFile))
         left.append(postActionFile);
-    return left;
+    return left +
+           QDir(path(QStringLiteral("state"))).entryList({QStringLiteral("journal.json"), QStringLiteral("*.new")});
 }
 
 QVector<pid_t> Device::processes() const {

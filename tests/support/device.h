@@ -27,7 +27,7 @@ public:
     /// What the registry holds at and below a directory, as JSON.
     QByteArray dump(const QByteArray &path = {}) const { return run("tessaro dump " + path).out; }
 
-    /// What an import may not leave behind, each in words; empty when all is gone within a few seconds.
+    /// What an import or a change may not leave behind, each in words; empty when all is gone within a few seconds.
     QStringList leftovers() const;
 
     /// Processes whose registry is this device's.
