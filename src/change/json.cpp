@@ -2,6 +2,7 @@
 #include "change/json.h"
 
 #include "change/readable.h"
+#include "planning/changesetjson.h"
 #include "planning/places.h"
 
 #include <QtCore/QJsonArray>
@@ -17,18 +18,6 @@ QByteArray printed(QJsonObject object) {
     return readableJson(QJsonDocument(object).toJson(QJsonDocument::Compact)) + '\n';
 }
 
-QJsonValue json(const Node &node) {
-    switch (node.kind) {
-    case Node::Absent:
-        break;
-    case Node::Directory:
-        return QJsonObject();
-    case Node::Key:
-        return node.text;
-    }
-    return QJsonValue::Null;
-}
-
 QJsonArray changesJson(const ChangeSet &changes, const Masking &masking) {
     QJsonArray list;
     for (auto change = changes.byPath().cbegin(); change != changes.byPath().cend(); ++change) {
@@ -37,8 +26,8 @@ QJsonArray changesJson(const ChangeSet &changes, const Masking &masking) {
         const bool isKey = change->before.isKey() || change->after.isKey();
         list.append(QJsonObject{{QStringLiteral("path"), path},
                                 {QStringLiteral("section"), sectionOf(path)},
-                                {QStringLiteral("before"), json(shown.before)},
-                                {QStringLiteral("after"), json(shown.after)},
+                                {QStringLiteral("before"), toJson(shown.before)},
+                                {QStringLiteral("after"), toJson(shown.after)},
                                 {QStringLiteral("secret"), isKey && masking.isSecret(path)}});
     }
     return list;
@@ -80,18 +69,49 @@ QJsonArray reasonsJson(const QMap<QString, QString> &reasonsByPath) {
     return list;
 }
 
-} // namespace
-
-QByteArray errorJson(const QString &message) {
-    return printed({{QStringLiteral("error"), message}});
+QJsonObject changeJson(const ChangeStatus &status) {
+    QJsonObject object = toJson(status.record);
+    object.remove(QStringLiteral("internal"));
+    const auto left = status.remaining;
+    object.insert(QStringLiteral("remaining_s"),
+                  left ? QJsonValue(double(std::chrono::floor<std::chrono::seconds>(*left).count())) : QJsonValue());
+    object.insert(QStringLiteral("watched"), status.isWatched);
+    object.insert(QStringLiteral("conflicts"),
+                  status.conflicts ? QJsonValue(QJsonArray::fromStringList(*status.conflicts)) : QJsonValue());
+    return object;
 }
 
-QByteArray planJson(const ImportPlan &plan, const Masking &masking) {
+} // namespace
+
+QByteArray errorJson(const QString &message, const QString &open) {
+    QJsonObject object{{QStringLiteral("error"), message}};
+    if (!open.isEmpty())
+        object.insert(QStringLiteral("open"), open);
+    return printed(object);
+}
+
+QByteArray statusJson(const ChangeStatus &status) {
+    return printed(changeJson(status));
+}
+
+QByteArray historyJson(const QVector<ChangeStatus> &statuses) {
+    QJsonArray changes;
+    for (const ChangeStatus &status : statuses)
+        changes.append(changeJson(status));
+    return printed({{QStringLiteral("changes"), changes}});
+}
+
+QByteArray noChangeJson() {
+    return printed({{QStringLiteral("id"), QJsonValue()}, {QStringLiteral("state"), QStringLiteral("none")}});
+}
+
+QByteArray planJson(const ImportPlan &plan, const Masking &masking, const QString &open) {
     return printed({{QStringLiteral("changes"), changesJson(plan.changes, masking)},
                     {QStringLiteral("entries"), entriesJson(plan.entries, masking)},
                     {QStringLiteral("unknown"), unknownJson(plan.unknown, masking)},
                     {QStringLiteral("warnings"), warningsJson(plan.warnings, masking)},
-                    {QStringLiteral("sections"), QJsonArray::fromStringList(plan.sections)}});
+                    {QStringLiteral("sections"), QJsonArray::fromStringList(plan.sections)},
+                    {QStringLiteral("open"), open.isEmpty() ? QJsonValue() : QJsonValue(open)}});
 }
 
 QByteArray verificationJson(const Verification &verification) {

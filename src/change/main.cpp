@@ -1,52 +1,60 @@
 // SPDX-License-Identifier: MIT
+#include "change/applycommand.h"
 #include "change/commandline.h"
+#include "change/endingcommands.h"
 #include "change/exitstatus.h"
-#include "change/json.h"
+#include "change/failure.h"
 #include "change/plancommand.h"
-#include "change/readable.h"
 #include "change/redactcommand.h"
 #include "change/standardstreams.h"
 #include "change/verifycommand.h"
 #include "engine/application.h"
 #include "report/error.h"
+#include "trial/check.h"
+#include "trial/guard.h"
+#include "trial/sectionapplier.h"
 
-#include <algorithm>
 #include <cstdio>
 
 using namespace quendar;
 
 namespace {
 
-void printError(const QString &message) {
-    QStringList lines = message.split(QLatin1Char('\n'));
-    std::transform(lines.cbegin(), lines.cend(), lines.begin(), readable);
-    std::fprintf(stderr, "error: %s\n", lines.join(QLatin1Char('\n')).toLocal8Bit().constData());
-}
-
 Commands commands() {
-    return {{QStringLiteral("plan"), {{option::json, option::showSecrets, option::withDocument}, runPlan}},
-            {QStringLiteral("verify"), {{option::json}, runVerify}},
-            {QStringLiteral("redact"), {{option::json, option::output}, runRedact}}};
+    using namespace option;
+    const QStringList changing{json, check, checkFor, applyAll, applyLimit, noReboot};
+    return {{QStringLiteral("plan"), {Command::File, {json, showSecrets, withDocument}, {}, runPlan}},
+            {QStringLiteral("apply"), {Command::File, changing, {}, runApply}},
+            {QStringLiteral("try"),
+             {Command::File, changing + QStringList{confirmWithin, detach}, {confirmWithin}, runApply}},
+            {QStringLiteral("confirm"), {Command::Id, {json}, {}, runConfirm}},
+            {QStringLiteral("revert"), {Command::OptionalId, {json, force, forget, noReboot}, {}, runRevert}},
+            {QStringLiteral("status"), {Command::OptionalId, {json, all}, {}, runStatus}},
+            {QStringLiteral("resume"), {Command::None, {json}, {}, runResume}},
+            {QStringLiteral("verify"), {Command::File, {json}, {}, runVerify}},
+            {QStringLiteral("redact"), {Command::File, {json, output}, {output}, runRedact}}};
 }
 
-/// Says why a command could not be done, as its options demand.
-int fail(const CommandLine &commandLine, const Error &reason) {
-    try {
-        if (commandLine.isJson)
-            print(errorJson(reason.message()));
-        else
-            printError(reason.message());
-    } catch (const Error &error) {
-        printError(error.message());
-    }
-    return exitstatus::failed;
+/// The jobs that this program starts itself for, and services of the system start it for.
+std::optional<int> runOwnJob(const QStringList &arguments) {
+    const QString job = arguments.value(1);
+    const std::chrono::seconds limit(arguments.value(2).toInt());
+    if (job == QLatin1String("apply-sections"))
+        return runApplySections(limit);
+    if (job == QLatin1String("run-check"))
+        return runCheck(arguments.value(3), limit);
+    if (job != QLatin1String("guard"))
+        return std::nullopt;
+    guardChange(StateFolder());
+    return exitstatus::done;
 }
 
 int runCommand(const CommandLine &commandLine) {
     try {
         return commands().value(commandLine.command).run(commandLine);
     } catch (const Error &error) {
-        return fail(commandLine, error);
+        printFailure(commandLine, error.message());
+        return exitstatus::failed;
     }
 }
 
@@ -64,12 +72,23 @@ int answer(const Answer &answered) {
     }
 }
 
+int run(const QStringList &arguments) {
+    try {
+        if (const std::optional<int> status = runOwnJob(arguments))
+            return *status;
+    } catch (const Error &error) {
+        printError(error.message());
+        return exitstatus::failed;
+    }
+    const auto commandLine = readCommandLine(arguments, commands());
+    const auto *const answered = std::get_if<Answer>(&commandLine);
+    return answered ? answer(*answered) : runCommand(std::get<CommandLine>(commandLine));
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
     secureStandardStreams();
     Application application(argc, argv);
-    const auto commandLine = readCommandLine(QCoreApplication::arguments(), commands());
-    const auto *const answered = std::get_if<Answer>(&commandLine);
-    application.end(answered ? answer(*answered) : runCommand(std::get<CommandLine>(commandLine)));
+    application.end(run(QCoreApplication::arguments()));
 }

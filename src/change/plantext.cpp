@@ -147,34 +147,27 @@ QString sectionText(const QString &name, const QVector<Line> &lines, const Colou
     return text + QLatin1Char('\n');
 }
 
-/// How many settings there are of each kind.
 QString totals(const ImportPlan &plan) {
-    int changed = 0;
-    int made = 0;
-    int deleted = 0;
-    for (const Change &change : plan.changes.byPath())
-        if (change.before.isKey() && change.after.isKey())
-            ++changed;
-        else if (change.after.isKey())
-            ++made;
-        else if (change.before.isKey())
-            ++deleted;
-    QStringList counts;
-    const auto count = [&counts](int number, const QString &what) {
-        if (number > 0)
-            counts.append(QString::number(number) + what);
-    };
-    count(changed, QStringLiteral(" changed"));
-    count(made, QStringLiteral(" made"));
-    count(deleted, QStringLiteral(" deleted"));
-    count(plan.unknown.size(), QStringLiteral(" not known here"));
-    return counts.isEmpty() ? QString()
-                            : QStringLiteral("Settings: ") + counts.join(QStringLiteral(", ")) + QLatin1Char('\n');
+    const QString counts = countsText(countsOf(plan));
+    return counts.isEmpty() ? counts : QStringLiteral("Settings: ") + counts + QLatin1Char('\n');
 }
 
 } // namespace
 
-QByteArray planText(const ImportPlan &plan, const Masking &masking, bool isColoured) {
+QString countsText(const SettingCounts &counts) {
+    QStringList texts;
+    const auto add = [&texts](int number, const QString &what) {
+        if (number > 0)
+            texts.append(QString::number(number) + what);
+    };
+    add(counts.changed, QStringLiteral(" changed"));
+    add(counts.made, QStringLiteral(" made"));
+    add(counts.deleted, QStringLiteral(" deleted"));
+    add(counts.unknown, QStringLiteral(" not known here"));
+    return texts.join(QStringLiteral(", "));
+}
+
+QByteArray planText(const ImportPlan &plan, const Masking &masking, const QString &open, bool isColoured) {
     const Colours colours(isColoured);
     QString text;
     const Sections sections = PlanLines(plan, masking).bySection();
@@ -186,7 +179,9 @@ QByteArray planText(const ImportPlan &plan, const Masking &masking, bool isColou
     if (!plan.sections.isEmpty())
         text += QStringLiteral("Will be applied, in this order: ") + plan.sections.join(QStringLiteral(", ")) +
                 QLatin1Char('\n');
-    if (plan.isEmpty())
+    if (!open.isEmpty())
+        text += QStringLiteral("The change %1 is open, and may still be put back\n").arg(open);
+    else if (plan.isEmpty())
         text += QStringLiteral("Nothing to do\n");
     if (text.endsWith(QLatin1String("\n\n")))
         text.chop(1); // nothing follows the sections

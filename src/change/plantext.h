@@ -9,7 +9,11 @@
 
 namespace quendar {
 
+/// "3 changed, 7 made"; empty where there are none.
+QString countsText(const SettingCounts &counts);
+
 /// Lines in UTF-8, section by section; long texts are cut, and more than a screen of changes in a section is counted.
-QByteArray planText(const ImportPlan &plan, const Masking &masking, bool isColoured);
+/// @p open is the id of a change that waits, or empty.
+QByteArray planText(const ImportPlan &plan, const Masking &masking, const QString &open, bool isColoured);
 
 } // namespace quendar

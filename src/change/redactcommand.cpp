@@ -29,9 +29,9 @@ QByteArray redactionText(const Redaction &redaction) {
 } // namespace
 
 int runRedact(const CommandLine &commandLine) {
-    const Redaction redaction = redacted(checkedDocument(readDocumentAt(commandLine.file)), Secrets::ofDevice());
-    replaceDocument(commandLine.outputFile, redaction.document);
-    print(commandLine.isJson ? redactionJson(redaction) : redactionText(redaction));
+    const Redaction redaction = redacted(checkedDocument(readDocumentAt(commandLine.operand)), Secrets::ofDevice());
+    replaceDocument(commandLine.value(option::output), redaction.document);
+    print(commandLine.has(option::json) ? redactionJson(redaction) : redactionText(redaction));
     return exitstatus::done;
 }
 

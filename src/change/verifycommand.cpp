@@ -39,8 +39,8 @@ QByteArray verificationText(const Verification &found) {
 } // namespace
 
 int runVerify(const CommandLine &commandLine) {
-    const Verification found = verifyDocument(checkedDocument(readDocumentAt(commandLine.file)));
-    print(commandLine.isJson ? verificationJson(found) : verificationText(found));
+    const Verification found = verifyDocument(checkedDocument(readDocumentAt(commandLine.operand)));
+    print(commandLine.has(option::json) ? verificationJson(found) : verificationText(found));
     return found.isComplete() ? exitstatus::done : exitstatus::differs;
 }
 

@@ -14,6 +14,10 @@ struct Change {
     Node after;
 };
 
+inline bool operator==(const Change &first, const Change &second) {
+    return first.before == second.before && first.after == second.after;
+}
+
 /// The paths that differ. It is net: what is changed twice is one change, what is changed back is none.
 class ChangeSet {
 public:

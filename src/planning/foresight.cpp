@@ -10,10 +10,6 @@ namespace quendar {
 
 namespace {
 
-Error changedMeanwhile(const QString &path) {
-    return impossibleToPlan(QStringLiteral("it is being changed by somebody else"), path);
-}
-
 /// Looks at what directories list, each of which is read once.
 class Listings {
 public:
@@ -33,7 +29,7 @@ void requireUnseen(TessaroClient &other, const QString &path, const Change &chan
     if (seen == change.after)
         throw impossibleToPlan(QStringLiteral("the registry has committed what is pending, or another import runs"),
                                path);
-    throw changedMeanwhile(path);
+    throw ChangedMeanwhile(path);
 }
 
 void requirePending(TessaroClient &planner, const ChangeSet &changes) {
@@ -53,9 +49,20 @@ Error impossibleToPlan(const QString &reason, const QString &path) {
     return Error(QStringLiteral("impossible to plan: ") + reason + QStringLiteral(": ") + path);
 }
 
+ChangedMeanwhile::ChangedMeanwhile(const QString &path)
+    : Error(impossibleToPlan(QStringLiteral("it is being changed by somebody else"), path)) {}
+
 void requireForesight(TessaroClient &planner, const ChangeSet &changes, const QByteArray &view) {
     requirePending(planner, changes);
-    require(readView() == view, changedMeanwhile(viewRoot()));
+    if (readView() != view)
+        throw ChangedMeanwhile(viewRoot());
+}
+
+void requireUntouched(const ChangeSet &changes) {
+    TessaroClient other;
+    for (auto change = changes.byPath().cbegin(); change != changes.byPath().cend(); ++change)
+        if (readNode(other, change.key()) != change->before)
+            throw ChangedMeanwhile(change.key());
 }
 
 void requireDropped(TessaroClient &planner, const ChangeSet &dropped) {

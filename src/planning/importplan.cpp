@@ -88,6 +88,30 @@ QSet<QString> madeUpEntries(const ImportPlan &plan, const Document &document, Te
 
 } // namespace
 
+SettingCounts countsOf(const ImportPlan &plan) {
+    SettingCounts counts;
+    for (const Change &change : plan.changes.byPath())
+        if (change.before.isKey() && change.after.isKey())
+            ++counts.changed;
+        else if (change.after.isKey())
+            ++counts.made;
+        else if (change.before.isKey())
+            ++counts.deleted;
+    counts.unknown = plan.unknown.size();
+    return counts;
+}
+
+QStringList changingSections(const ImportPlan &plan) {
+    QSet<QString> changing;
+    for (auto path = plan.changes.byPath().keyBegin(); path != plan.changes.byPath().keyEnd(); ++path)
+        changing.insert(sectionOf(*path));
+    QStringList sections;
+    for (const QString &section : plan.sections)
+        if (changing.remove(section))
+            sections.append(section);
+    return sections;
+}
+
 ImportPlan planImport(const Document &document, PlanningClient &client) {
     ImportPlan plan;
     const ExportedSettings current = exportSettings(client);

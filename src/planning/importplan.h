@@ -37,6 +37,20 @@ struct ImportPlan {
     bool isEmpty() const { return changes.byPath().isEmpty() && sections.isEmpty() && unknown.isEmpty(); }
 };
 
+/// How many settings there are of each kind.
+struct SettingCounts {
+    int changed = 0;
+    int made = 0;
+    int deleted = 0;
+    int unknown = 0;
+};
+
+SettingCounts countsOf(const ImportPlan &plan);
+
+/// The sections to be applied in which something changes, in order, each once. The others differ only in how a document
+/// shows them.
+QStringList changingSections(const ImportPlan &plan);
+
 /// What an import of @p document would do, found out by the applier itself through @p client, which then shows the
 /// registry as it would be. Throws what the import would throw, and Error where the registry's library does not keep
 /// pending changes as the plan needs it, or somebody else writes what the plan is about.

@@ -2,6 +2,7 @@
 #include "planning/node.h"
 
 #include "registry/childrencache.h"
+#include "registry/viewkey.h"
 #include "report/error.h"
 
 namespace quendar {
@@ -43,6 +44,9 @@ void writeNode(TessaroClient &client, const QString &path, const Node &node) {
         return;
     if (!now.isAbsent() && now.kind != node.kind)
         check(client.del(path));
+    const QString directory = ViewKey(path).parent();
+    if (node.isKey() && now.isAbsent() && !isStanding(client, directory))
+        check(client.create(directory, RegTypeString));
     if (node.isKey())
         check(client.set(path, node.text, RegParamValue));
     else if (node.isDirectory())

@@ -35,7 +35,8 @@ Node readNode(TessaroClient &client, const QString &path);
 bool isStanding(TessaroClient &client, const QString &path);
 
 /// Has @p node stand at @p path, pending in @p client. What stands there and is of another kind goes first, with all
-/// below it; a new directory may come with defaults. Throws TessaroError when the registry fails or refuses.
+/// below it; directories above that are missing are made, and a new one may come with defaults. Throws TessaroError
+/// when the registry fails or refuses.
 void writeNode(TessaroClient &client, const QString &path, const Node &node);
 
 /// Calls @p visit with path and node of what @p client sees at @p path and below it, a directory before what is in it.

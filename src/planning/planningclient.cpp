@@ -3,6 +3,7 @@
 
 #include "document/elements.h"
 #include "planning/foresight.h"
+#include "planning/restoration.h"
 #include "registry/viewkey.h"
 #include "registry/viewpaths.h"
 
@@ -120,12 +121,13 @@ const ChangeSet &PlanningClient::settle() {
     uncommitted.clear();
     changes = {};
     const ChangeSet kept = std::exchange(committed, {});
-    for (auto change = kept.byPath().cbegin(); change != kept.byPath().cend(); ++change) {
-        writeNode(*this, change.key(), change->after);
-        if (change->after.isDirectory())
-            dropAllBut(kept, change.key());
-    }
+    writeSide(*this, kept, &Change::after);
     return changes;
+}
+
+void PlanningClient::carryOut() {
+    const int status = TessaroClient::commit(viewRoot());
+    require(status == 0, TessaroError(viewRoot(), status));
 }
 
 void PlanningClient::note(const QString &path, const Node &before, const Node &after) {
@@ -150,14 +152,6 @@ void PlanningClient::coverMissingAbove(const QString &path) {
             committed.copy(at, changes);
             uncommitted.erase(at);
         }
-}
-
-/// Of the defaults in the new directory at @p path, leaves only those that are @p kept.
-void PlanningClient::dropAllBut(const ChangeSet &kept, const QString &path) {
-    const QMap<QString, Node> contents = contentsOf(*this, path);
-    for (auto below = contents.keyBegin(); below != contents.keyEnd(); ++below)
-        if (!kept.byPath().contains(path + *below))
-            writeNode(*this, path + *below, {});
 }
 
 } // namespace quendar

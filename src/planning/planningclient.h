@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// A registry client that commits nothing.
+/// A registry client that commits nothing until it is told to.
 #pragma once
 
 #include "planning/changeset.h"
@@ -39,11 +39,13 @@ public:
     /// changed. Nothing is to be changed afterwards.
     const ChangeSet &settle();
 
+    /// Commits what `settle` has left, as one. Throws TessaroError when it does not go through.
+    void carryOut();
+
 private:
     void note(const QString &path, const Node &before, const Node &after);
     void coverMissingAbove(const QString &path);
     void requireFresh(const QString &path);
-    void dropAllBut(const ChangeSet &kept, const QString &path);
 
     ChangeSet changes;             // all that is pending
     ChangeSet committed;           // what stood at the last commit that covered it

@@ -16,8 +16,7 @@ namespace {
 /// after it, whatever became of it.
 class ApplyKey {
 public:
-    ApplyKey(TessaroClient &owner, const QString &section)
-        : client(owner), path(QStringLiteral("tmp/applying/") + QUuid::createUuid().toString()) {
+    ApplyKey(TessaroClient &owner, const QString &section, const QString &trigger) : client(owner), path(trigger) {
         client.create(path, RegTypeString);
         client.set(path, section, RegParamValue);
         client.commit(path);
@@ -43,9 +42,13 @@ public:
 
 } // namespace
 
-ApplyResult applySection(TessaroClient &client, const QString &sectionKey) {
+QString newTrigger() {
+    return QStringLiteral("tmp/applying/") + QUuid::createUuid().toString();
+}
+
+ApplyResult applySection(TessaroClient &client, const QString &sectionKey, const QString &trigger) {
     std::optional<QSystemSemaphore> done; // of a refused request, it goes after the key
-    const ApplyKey key(client, sectionKey);
+    const ApplyKey key(client, sectionKey, trigger);
     done.emplace(key.path, 0, QSystemSemaphore::Create); // before the request: the service may release it at once
     const int status = client.requestApply(sectionKey, key.path);
     if (status != 0)
@@ -53,6 +56,14 @@ ApplyResult applySection(TessaroClient &client, const QString &sectionKey) {
     done->acquire();
     done.reset();
     return {0, key.text()};
+}
+
+void withdrawApply(TessaroClient &client, const QString &trigger) {
+    if (client.contains(trigger) == 0) {
+        client.del(trigger);
+        client.commit(trigger);
+    }
+    const QSystemSemaphore owned(trigger, 0, QSystemSemaphore::Create); // its owner removes it
 }
 
 } // namespace quendar

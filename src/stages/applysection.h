@@ -15,7 +15,14 @@ struct ApplyResult {
     bool isApplied() const { return status == 0 && answer == QLatin1String("0"); }
 };
 
-/// Hands the section at @p sectionKey to the apply service and waits, without a limit, until it is done.
-ApplyResult applySection(TessaroClient &client, const QString &sectionKey);
+/// The path of a key through which a section can be handed over; another each time.
+QString newTrigger();
+
+/// Hands the section at @p sectionKey to the apply service through the key at @p trigger, and waits, without a limit,
+/// until it is done.
+ApplyResult applySection(TessaroClient &client, const QString &sectionKey, const QString &trigger = newTrigger());
+
+/// Removes what a process that was ended in `applySection` has left of @p trigger, be it nothing.
+void withdrawApply(TessaroClient &client, const QString &trigger);
 
 } // namespace quendar

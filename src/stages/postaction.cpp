@@ -17,6 +17,8 @@ namespace {
 
 constexpr char path[] = "/tmp/last-apply-command";
 
+const QLatin1String restartKind("reboot");
+
 /// Others may put something there again and again; a try takes microseconds.
 constexpr int tries = 100;
 
@@ -77,7 +79,7 @@ void PostActionFile::remove() const {
 QString postActionCommand(const QString &line, bool noReboot, bool hasDisplay) {
     const QString kind = line.section(QLatin1Char(':'), 0, 0);
     const QString command = line.section(QLatin1Char(':'), -1, -1);
-    const bool isReboot = kind == QLatin1String("reboot");
+    const bool isReboot = kind == restartKind;
     if (noReboot && isReboot)
         return {};
     if (hasDisplay)
@@ -89,13 +91,23 @@ QString postActionCommand(const QString &line, bool noReboot, bool hasDisplay) {
     return needsDisplay ? QString() : command;
 }
 
-void startPostAction(const QString &command) {
-    if (command.isEmpty())
+bool isRestart(const QString &line, const QString &command) {
+    return !command.isEmpty() && line.section(QLatin1Char(':'), 0, 0) == restartKind;
+}
+
+void startPostAction(const QString &command, Streams streams) {
+    QStringList words = QProcess::splitCommand(command);
+    if (words.isEmpty())
         return;
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED // its quoting rules are the ones that a post-action line is written to
-    QProcess::startDetached(command);
-    QT_WARNING_POP
+    QProcess process;
+    process.setProgram(words.takeFirst());
+    process.setArguments(words);
+    if (streams == Streams::None) {
+        process.setStandardInputFile(QProcess::nullDevice());
+        process.setStandardOutputFile(QProcess::nullDevice());
+        process.setStandardErrorFile(QProcess::nullDevice());
+    }
+    process.startDetached();
 }
 
 } // namespace quendar

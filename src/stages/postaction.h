@@ -29,7 +29,13 @@ private:
 /// The command line that @p line asks for; empty when nothing is to be run.
 QString postActionCommand(const QString &line, bool noReboot, bool hasDisplay);
 
+/// Whether that is, once started, a restart of the device.
+bool isRestart(const QString &line, const QString &command);
+
+/// What a process inherits of this one's standard streams.
+enum class Streams { Inherited, None };
+
 /// Starts @p command, unless it is empty, as a process of its own and does not wait for it.
-void startPostAction(const QString &command);
+void startPostAction(const QString &command, Streams streams = Streams::Inherited);
 
 } // namespace quendar

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "change/changeoutput.h"
+
+#include "change/changetext.h"
+#include "change/failure.h"
+#include "change/json.h"
+#include "change/standardstreams.h"
+#include "report/error.h"
+
+namespace quendar {
+
+void printChange(const CommandLine &commandLine, const ChangeStatus &status) {
+    print(commandLine.has(option::json) ? statusJson(status) : changeText(status));
+}
+
+void printHistory(const CommandLine &commandLine, const QVector<ChangeStatus> &statuses) {
+    QByteArray text;
+    for (const ChangeStatus &status : statuses)
+        text += changeLine(status.record);
+    print(commandLine.has(option::json) ? historyJson(statuses) : text);
+}
+
+void printNoChange(const CommandLine &commandLine) {
+    print(commandLine.has(option::json) ? noChangeJson() : QByteArrayLiteral("Nothing to do\n"));
+}
+
+void printOutcome(const CommandLine &commandLine, const ChangeStatus &status) {
+    try {
+        printChange(commandLine, status);
+    } catch (const Error &error) {
+        printError(error.message());
+    }
+}
+
+} // namespace quendar

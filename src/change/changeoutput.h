@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+/// What is printed of a change.
+#pragma once
+
+#include "change/commandline.h"
+#include "trial/changestatus.h"
+
+namespace quendar {
+
+// Each prints lines for people, or with `--json` one object. They throw Error when that cannot be written.
+
+void printChange(const CommandLine &commandLine, const ChangeStatus &status);
+void printHistory(const CommandLine &commandLine, const QVector<ChangeStatus> &statuses);
+void printNoChange(const CommandLine &commandLine);
+
+/// As `printChange`; an Error is said on standard error, since the exit status has to tell of the change itself.
+void printOutcome(const CommandLine &commandLine, const ChangeStatus &status);
+
+} // namespace quendar

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#include "change/endingcommands.h"
+
+#include "change/changeoutput.h"
+#include "change/exitstatus.h"
+#include "change/failure.h"
+#include "change/progress.h"
+#include "change/standardstreams.h"
+#include "report/error.h"
+#include "trial/guard.h"
+#include "trial/trial.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace quendar {
+
+namespace {
+
+/// Who has the lock for longer is at work on the change.
+constexpr std::chrono::milliseconds lockPatience = std::chrono::seconds(2);
+
+class ShownProgress : public TrialObserver {
+public:
+    void applying(int number, int count, const QString &section, std::chrono::seconds elapsed) override {
+        progress.show(number, count, section, elapsed);
+    }
+
+    void applied() override { progress.clear(); }
+
+private:
+    Progress progress;
+};
+
+Error noSuchChange(const QString &id) {
+    return Error(QStringLiteral("no such change: ") + id);
+}
+
+Error nothingToPutBack() {
+    return Error(QStringLiteral("nothing to put back"));
+}
+
+std::optional<ChangeRecord> recordOf(const StateFolder &folder, const QString &id) {
+    const QVector<ChangeRecord> records = folder.history();
+    const auto found =
+        std::find_if(records.cbegin(), records.cend(), [&id](const ChangeRecord &record) { return record.id == id; });
+    return found == records.cend() ? std::nullopt : std::optional(*found);
+}
+
+/// The record of @p id. Throws Error where there is none.
+ChangeRecord requiredRecord(const StateFolder &folder, const QString &id) {
+    const std::optional<ChangeRecord> record = recordOf(folder, id);
+    require(record.has_value(), noSuchChange(id));
+    return *record;
+}
+
+Error tooEarly(const ChangeRecord &record) {
+    return Error(QStringLiteral("impossible to confirm %1: %2")
+                     .arg(record.id, record.state == ChangeState::Trying
+                                         ? QStringLiteral("its check has not passed yet")
+                                         : QStringLiteral("it is still being applied")));
+}
+
+/// What `confirm` comes to for a change that it does not confirm itself.
+int confirmationOf(const CommandLine &commandLine, const StateFolder &folder, const ChangeRecord &record) {
+    switch (record.state) {
+    case ChangeState::Planned:
+    case ChangeState::Applying:
+    case ChangeState::Trying:
+        throw tooEarly(record);
+    case ChangeState::Failed:
+        throw Error(QStringLiteral("the change %1 was never made: %2").arg(record.id, record.reason));
+    case ChangeState::Confirmed:
+    case ChangeState::Reverting:
+    case ChangeState::Reverted:
+        break;
+    }
+    printOutcome(commandLine, statusOf(record, folder));
+    return record.state == ChangeState::Confirmed ? exitstatus::done : exitstatus::putBack;
+}
+
+int statusAfterPutBack(const ChangeRecord &record) {
+    if (record.isOpen())
+        return exitstatus::unfinished;
+    const bool isWhole = record.conflicts.isEmpty() && unapplied(record.putBackResults).isEmpty();
+    return isWhole ? exitstatus::done : exitstatus::putBack;
+}
+
+/// Waits for the lock, and says so where that takes its time.
+FileLock patientLock(const StateFolder &folder) {
+    std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
+    if (lock)
+        return std::move(*lock);
+    std::fputs("waiting for who is at work on the change\n", stderr);
+    return FileLock::waitedFor(folder.lockPath());
+}
+
+/// Goes on with what was interrupted; what cannot be put back at the moment is said, and left to the guard.
+void resumeShown(Trial &trial, const StateFolder &folder) {
+    try {
+        trial.resume();
+    } catch (const Error &error) {
+        if (!trial.isOpen())
+            throw;
+        printError(error.message());
+    }
+    if (trial.isOpen())
+        requireGuard(folder, trial.record()->id);
+}
+
+/// Puts back the change that is open; what cannot be at the moment is left to the guard.
+int putBackShown(const CommandLine &commandLine, Trial &trial, const StateFolder &folder) {
+    if (commandLine.has(option::force))
+        trial.force();
+    if (commandLine.has(option::noReboot))
+        trial.holdBackRestart();
+    try {
+        trial.putBackByCommand();
+    } catch (const Error &error) {
+        if (!trial.isOpen())
+            throw;
+        printError(error.message());
+        requireGuard(folder, trial.record()->id);
+    }
+    printOutcome(commandLine, statusOf(*trial.record(), folder));
+    return statusAfterPutBack(*trial.record());
+}
+
+int forgetKept(const CommandLine &commandLine, const StateFolder &folder) {
+    const FileLock lock = patientLock(folder);
+    folder.forgetKept();
+    printNoChange(commandLine);
+    return exitstatus::done;
+}
+
+} // namespace
+
+int runConfirm(const CommandLine &commandLine) {
+    const StateFolder folder;
+    const QString id = commandLine.operand;
+    requiredRecord(folder, id);
+    const std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
+    if (!lock)
+        return confirmationOf(commandLine, folder, requiredRecord(folder, id));
+
+    TrialObserver nobody;
+    Trial trial(folder, *lock, nobody);
+    resumeShown(trial, folder);
+    const std::optional<ChangeRecord> &record = trial.record();
+    const bool isWaiting = trial.isOpen() && record->id == id && record->state == ChangeState::Trying;
+    if (!isWaiting || record->isCheckDue())
+        return confirmationOf(commandLine, folder, requiredRecord(folder, id));
+    trial.confirm();
+    printOutcome(commandLine, statusOf(*record, folder));
+    return exitstatus::done;
+}
+
+int runRevert(const CommandLine &commandLine) {
+    const StateFolder folder;
+    const QString id = commandLine.operand;
+    require(folder.record() || !folder.history().isEmpty(), nothingToPutBack());
+    if (commandLine.has(option::forget))
+        return forgetKept(commandLine, folder);
+
+    const FileLock lock = patientLock(folder);
+    ShownProgress progress;
+    Trial trial(folder, lock, progress);
+    const bool isMeant = id.isEmpty() || (trial.record() && trial.record()->id == id);
+    if (trial.isOpen() && isMeant)
+        return putBackShown(commandLine, trial, folder);
+
+    require(!trial.isOpen(), Error(QStringLiteral("another change is open")));
+    trial.resume();
+    const QString kept = folder.keptId();
+    require(!kept.isEmpty() && (id.isEmpty() || id == kept), nothingToPutBack());
+    trial.reopen(requiredRecord(folder, kept));
+    return putBackShown(commandLine, trial, folder);
+}
+
+int runResume(const CommandLine &commandLine) {
+    const StateFolder folder;
+    if (!folder.record()) {
+        printNoChange(commandLine);
+        return exitstatus::done;
+    }
+    const std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
+    if (lock) {
+        ShownProgress progress;
+        Trial trial(folder, *lock, progress);
+        resumeShown(trial, folder);
+    }
+    printChange(commandLine, statusOf(*folder.record(), folder));
+    return exitstatus::done;
+}
+
+int runStatus(const CommandLine &commandLine) {
+    const StateFolder folder;
+    if (!commandLine.operand.isEmpty()) {
+        printChange(commandLine, statusOf(requiredRecord(folder, commandLine.operand), folder));
+        return exitstatus::done;
+    }
+    const QVector<ChangeRecord> records = folder.history();
+    QVector<ChangeStatus> statuses;
+    for (const ChangeRecord &record : records)
+        statuses.append(statusOf(record, folder));
+    if (commandLine.has(option::all))
+        printHistory(commandLine, statuses);
+    else if (statuses.isEmpty())
+        printNoChange(commandLine);
+    else
+        printChange(commandLine, statuses.first());
+    return exitstatus::done;
+}
+
+} // namespace quendar

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "trial/bootclock.h"
+
+#include <QtCore/QFile>
+
+#include <ctime>
+
+namespace quendar {
+
+namespace {
+
+QString bootId() {
+    QFile file(QStringLiteral("/proc/sys/kernel/random/boot_id"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll().trimmed()) : QString();
+}
+
+} // namespace
+
+BootMoment BootMoment::now() {
+    timespec clock = {};
+    ::clock_gettime(CLOCK_BOOTTIME, &clock);
+    return {bootId(), std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::seconds(clock.tv_sec) +
+                                                                            std::chrono::nanoseconds(clock.tv_nsec))};
+}
+
+} // namespace quendar

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "trial/statefolder.h"
+
+#include "planning/changesetjson.h"
+#include "report/error.h"
+#include "trial/durablefile.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quendar {
+
+namespace {
+
+/// Changes that are remembered, the last one included.
+constexpr int remembered = 20;
+
+void makeFolder(const QString &path) {
+    if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0 && errno != EEXIST)
+        throwSystemError("make", path);
+}
+
+void requireOwn(const QString &path) {
+    struct stat status = {};
+    const bool isOwn = ::lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISDIR(status.st_mode) &&
+                       status.st_uid == ::geteuid() && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+    require(isOwn, Error(QStringLiteral("impossible to use %1: it is no folder of this user's own that nobody else may "
+                                        "write in")
+                             .arg(path)));
+}
+
+QString journalId(const QString &path) {
+    const std::optional<QJsonObject> journal = readDurable(path);
+    return journal ? journal->value(QLatin1String("id")).toString() : QString();
+}
+
+} // namespace
+
+StateFolder::StateFolder()
+    : folder(qEnvironmentVariable("QUENDAR_CHANGE_STATE", QStringLiteral("/var/lib/quendar-change"))) {}
+
+void StateFolder::make() const {
+    const QString above = folder.section(QLatin1Char('/'), 0, -2);
+    if (!above.isEmpty())
+        QDir().mkpath(above);
+    makeFolder(folder);
+    requireOwn(folder);
+    makeFolder(historyPath());
+    requireOwn(historyPath());
+}
+
+bool StateFolder::isReadable() const {
+    return ::access(QFile::encodeName(folder).constData(), R_OK | X_OK) == 0;
+}
+
+std::optional<ChangeRecord> StateFolder::record() const {
+    const std::optional<QJsonObject> content = readDurable(recordPath());
+    return content ? std::optional(changeRecordFrom(*content)) : std::nullopt;
+}
+
+void StateFolder::write(const ChangeRecord &record) const {
+    writeDurably(recordPath(), toJson(record));
+}
+
+void StateFolder::archive() const {
+    const std::optional<ChangeRecord> last = record();
+    if (!last)
+        return;
+    renameDurably(recordPath(), historyPath() + QLatin1Char('/') + last->id + QStringLiteral(".json"));
+    const QVector<ChangeRecord> all = history();
+    for (int i = remembered - 1; i < all.size(); ++i)
+        removeDurably(historyPath() + QLatin1Char('/') + all.at(i).id + QStringLiteral(".json"));
+}
+
+QVector<ChangeRecord> StateFolder::history() const {
+    QMap<QString, ChangeRecord> byId;
+    const QDir directory(historyPath());
+    for (const QString &name : directory.entryList({QStringLiteral("*.json")}, QDir::Files))
+        if (const std::optional<QJsonObject> content = readDurable(directory.filePath(name))) {
+            const ChangeRecord record = changeRecordFrom(*content);
+            byId.insert(record.id, record);
+        }
+    if (const std::optional<ChangeRecord> last = record())
+        byId.insert(last->id, *last); // one that was kept may be open again
+    QVector<ChangeRecord> records = byId.values().toVector();
+    std::sort(records.begin(), records.end(),
+              [](const ChangeRecord &first, const ChangeRecord &second) { return first.number > second.number; });
+    return records;
+}
+
+std::optional<ChangeSet> StateFolder::journalOf(const QString &id) const {
+    for (const QString &path : {journalPath(), keptPath()}) {
+        const std::optional<QJsonObject> journal = readDurable(path);
+        if (journal && journal->value(QLatin1String("id")).toString() == id)
+            return changeSetFrom(journal->value(QLatin1String("changes")).toArray());
+    }
+    return std::nullopt;
+}
+
+void StateFolder::writeJournal(const QString &id, const ChangeSet &changes) const {
+    writeDurably(journalPath(), {{QStringLiteral("id"), id}, {QStringLiteral("changes"), toJson(changes)}});
+    const std::optional<ChangeSet> written = journalOf(id);
+    require(written && written->byPath() == changes.byPath(),
+            Error(QStringLiteral("impossible to keep in %1 what stands in the registry").arg(journalPath())));
+}
+
+QString StateFolder::keptId() const {
+    return journalId(keptPath());
+}
+
+void StateFolder::tidyUp(const ChangeRecord &record) const {
+    const bool isKept = record.state == ChangeState::Confirmed;
+    if (isKept && journalId(journalPath()) == record.id)
+        renameDurably(journalPath(), keptPath());
+    else
+        removeDurably(journalPath());
+    if (!isKept && keptId() == record.id)
+        forgetKept();
+}
+
+void StateFolder::forgetKept() const {
+    removeDurably(keptPath());
+}
+
+} // namespace quendar

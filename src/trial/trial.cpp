@@ -1,0 +1,403 @@
+// SPDX-License-Identifier: MIT
+#include "trial/trial.h"
+
+#include "planning/foresight.h"
+#include "planning/places.h"
+#include "planning/planningclient.h"
+#include "planning/restoration.h"
+#include "registry/viewpaths.h"
+#include "stages/applysection.h"
+#include "stages/postaction.h"
+#include "trial/check.h"
+#include "trial/guard.h"
+#include "trial/sectionapplier.h"
+
+#include <QtCore/QCryptographicHash>
+
+#include <algorithm>
+
+namespace quendar {
+
+namespace {
+
+using std::chrono::seconds;
+
+/// Plans that are made while somebody else writes again and again.
+constexpr int maximumPlans = 3;
+
+/// What a restart may lose of the time that has gone by.
+constexpr seconds timeKeeping(5);
+
+QString byCommand() {
+    return QStringLiteral("by command");
+}
+
+QString newId(int number) {
+    return QStringLiteral("%1-%2").arg(QString::number(number), QUuid::createUuid().toString(QUuid::Id128).left(6));
+}
+
+/// What the apply side has left in @p file since it was replaced; nothing where it asks for nothing.
+std::optional<ChangeRecord::PostAction> takePostAction(const PostActionFile &file, bool isRestartHeldBack) {
+    const QString line = file.read(printWarning);
+    file.remove();
+    const QString command = postActionCommand(line, isRestartHeldBack, qEnvironmentVariableIsSet("DISPLAY"));
+    return line.isEmpty() ? std::nullopt : std::optional(ChangeRecord::PostAction{line, command, command.isEmpty()});
+}
+
+/// Those of the change, in its order, and the others in which something differs.
+QStringList sectionsToPutBack(const ChangeRecord &record, const ChangeSet &changes) {
+    QStringList sections = record.sections;
+    for (auto path = changes.byPath().keyBegin(); path != changes.byPath().keyEnd(); ++path) {
+        const QString section = sectionOf(*path);
+        if (!section.isEmpty() && sections.value(sections.size() - 1) != section)
+            sections.append(section);
+    }
+    sections.removeDuplicates();
+    return sections;
+}
+
+QString notApplied(const QStringList &sections) {
+    return QStringLiteral("impossible to apply: ") + sections.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+Trial::Trial(const StateFolder &stateFolder, const FileLock &held, TrialObserver &watcher)
+    : folder(stateFolder), lock(held), observer(watcher), change(folder.record()) {}
+
+bool Trial::import(const ChangeRequest &request) {
+    change.reset();
+    try {
+        if (!commitPlan(request))
+            return false;
+    } catch (const Error &error) {
+        abandon(error.message());
+        if (!change || change->state == ChangeState::Failed)
+            throw;
+        return true;
+    }
+    const QString failure = apply();
+    if (!failure.isNull())
+        putBack(failure);
+    check();
+    return true;
+}
+
+/// False where there is nothing to do.
+bool Trial::commitPlan(const ChangeRequest &request) {
+    for (int plans = 1;; ++plans) {
+        try {
+            return commitOnePlan(request);
+        } catch (const ChangedMeanwhile &) {
+            if (plans == maximumPlans)
+                throw;
+        }
+    }
+}
+
+bool Trial::commitOnePlan(const ChangeRequest &request) {
+    PlanningClient client;
+    const ImportPlan plan = planImport(request.document, client);
+    observer.planned(plan);
+    QStringList sections = request.appliesAll ? plan.sections : changingSections(plan);
+    sections.removeDuplicates();
+    if (plan.changes.byPath().isEmpty() && sections.isEmpty()) {
+        abandon(QStringLiteral("somebody else has done the same meanwhile"));
+        return false;
+    }
+
+    const bool isFirst = !change;
+    if (isFirst)
+        begin(request);
+    change->counts = countsOf(plan);
+    change->sections = sections;
+    folder.writeJournal(change->id, plan.changes);
+    store();
+    if (isFirst) {
+        requireGuard(folder, change->id);
+        observer.begun(*change);
+    }
+    requireUntouched(plan.changes);
+    client.carryOut();
+    return true;
+}
+
+void Trial::begin(const ChangeRequest &request) {
+    folder.archive();
+    const QVector<ChangeRecord> earlier = folder.history();
+    change.emplace();
+    change->number = earlier.isEmpty() ? 1 : earlier.first().number + 1;
+    change->id = newId(change->number);
+    change->origin = request.origin;
+    change->started = QDateTime::currentDateTimeUtc();
+    change->file = request.file;
+    change->sha256 =
+        QString::fromLatin1(QCryptographicHash::hash(request.document.bytes, QCryptographicHash::Sha256).toHex());
+    change->confirmWithin = request.confirmWithin;
+    change->applyLimit = request.applyLimit;
+    change->isRestartHeldBack = request.isRestartHeldBack;
+    change->check = request.check;
+    change->triggers = QUuid::createUuid();
+}
+
+/// Ends a change, if one was begun, that was not committed; one that was after all is put back.
+void Trial::abandon(const QString &reason) {
+    if (!change)
+        return;
+    TessaroClient client;
+    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
+    if (changes && restorationOf(*changes, client, Conflicts::LeftAlone).isAnythingChanged) {
+        putBack(reason);
+        return;
+    }
+    change->reason = reason;
+    change->state = ChangeState::Failed;
+    change->ended = QDateTime::currentDateTimeUtc();
+    storeIfPossible();
+    tidyUp();
+}
+
+/// Has the sections applied, and returns why the change is to be put back: null where it is well.
+QString Trial::apply() {
+    try {
+        change->isCommitted = true;
+        change->state = ChangeState::Applying;
+        store();
+        PostActionFile postAction;
+        postAction.replace();
+        applySections(change->sections, change->results, AtFailure::Stop);
+        change->postAction = takePostAction(postAction, change->isRestartHeldBack);
+        const QStringList failed = unapplied(change->results);
+        if (!failed.isEmpty())
+            return notApplied(failed);
+        wait();
+        return {};
+    } catch (const Error &error) {
+        return error.message();
+    }
+}
+
+void Trial::applySections(const QStringList &sections, QVector<SectionResult> &results, AtFailure atFailure) {
+    SectionApplier applier(lock.descriptor(), change->applyLimit);
+    for (int i = 0; i < sections.size(); ++i) {
+        const BootMoment start = BootMoment::now();
+        const auto tell = [&] {
+            const auto elapsed = std::chrono::floor<seconds>(BootMoment::now().time - start.time);
+            observer.applying(i + 1, sections.size(), sections.at(i), elapsed);
+        };
+        tell();
+        results.append(applier.apply(sections.at(i), change->trigger(i), tell));
+        if (atFailure == AtFailure::GoOn) {
+            storeIfPossible();
+            continue;
+        }
+        store();
+        if (results.last().outcome != SectionResult::Applied)
+            break;
+    }
+    observer.applied();
+}
+
+/// Removes what a killed process has left of the sections that it had applied.
+void Trial::withdrawApplies() const {
+    TessaroClient client;
+    for (int i = 0; i < change->usedTriggers(); ++i)
+        withdrawApply(client, change->trigger(i));
+}
+
+void Trial::wait() {
+    change->elapsed = {};
+    change->moment = BootMoment::now();
+    const bool isKept = !change->confirmWithin && !change->check;
+    if (isKept) {
+        end(ChangeState::Confirmed);
+    } else {
+        change->isRestartAwaited =
+            change->postAction && isRestart(change->postAction->line, change->postAction->command);
+        change->state = ChangeState::Trying;
+        store();
+    }
+    startPostActionIfDue();
+}
+
+/// A kill right after the start has it started twice; none has it lost.
+void Trial::startPostActionIfDue() {
+    if (!change->isPostActionDue())
+        return;
+    startPostAction(change->postAction->command, Streams::None);
+    change->postAction->isStarted = true;
+    storeIfPossible();
+}
+
+void Trial::check() {
+    if (!isOpen() || change->state != ChangeState::Trying || !change->isCheckDue())
+        return;
+    const auto left = change->remainingAt(BootMoment::now()).value_or(change->check->limit);
+    const seconds limit = std::clamp(std::chrono::ceil<seconds>(left), seconds(1), change->check->limit);
+    if (!passesCheck(change->check->command, limit, lock.descriptor(), [this] { keepTime(); })) {
+        change->check->isFailed = true;
+        putBack(QStringLiteral("its check has failed"));
+        return;
+    }
+    change->check->isPassed = true;
+    if (change->confirmWithin)
+        store();
+    else
+        confirm();
+}
+
+void Trial::keepTime() {
+    if (isOpen() && change->elapsedAt(BootMoment::now()) - change->elapsed >= timeKeeping)
+        storeIfPossible();
+}
+
+void Trial::confirm() {
+    end(ChangeState::Confirmed);
+}
+
+void Trial::resume() {
+    if (!change)
+        return;
+    const bool hasRestarted = noteRestart();
+    switch (change->state) {
+    case ChangeState::Planned:
+    case ChangeState::Applying:
+        withdrawApplies();
+        putBack(QStringLiteral("it was interrupted"));
+        break;
+    case ChangeState::Reverting:
+        withdrawApplies();
+        putBack(change->reason);
+        break;
+    case ChangeState::Trying:
+        resumeWaiting(hasRestarted);
+        break;
+    case ChangeState::Confirmed:
+    case ChangeState::Reverted:
+    case ChangeState::Failed:
+        tidyUp();
+        startPostActionIfDue();
+        break;
+    }
+}
+
+/// Whether the device has restarted and nobody had asked for it. What a post-action was to do, a restart has done.
+bool Trial::noteRestart() {
+    const BootMoment now = BootMoment::now();
+    if (change->moment.boot == now.boot)
+        return false;
+    const bool wasAskedFor = std::exchange(change->isRestartAwaited, false);
+    if (change->isOpen())
+        ++change->restarts;
+    if (change->isOpen() || change->isPostActionDue()) {
+        if (change->postAction)
+            change->postAction->isStarted = true;
+        storeIfPossible();
+    }
+    return !wasAskedFor;
+}
+
+void Trial::resumeWaiting(bool hasRestarted) {
+    if (hasRestarted && change->restarts > 1)
+        putBack(QStringLiteral("the device has restarted again"));
+    else if (change->remainingAt(BootMoment::now()) != std::chrono::milliseconds::zero())
+        startPostActionIfDue();
+    else if (change->confirmWithin)
+        putBack(QStringLiteral("nobody has confirmed it in time"));
+    else
+        putBack(QStringLiteral("the device has not restarted"));
+}
+
+void Trial::putBack(const QString &reason) {
+    change->reason = reason;
+    try {
+        restore();
+    } catch (const Error &error) {
+        change->problem = error.message();
+        storeIfPossible();
+        throw;
+    }
+    startPostActionIfDue();
+}
+
+/// May be done again, as often as it is interrupted.
+void Trial::restore() {
+    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
+    require(
+        changes.has_value(),
+        Error(
+            QStringLiteral("impossible to put back %1: its journal is missing in %2").arg(change->id, folder.path())));
+    TessaroClient client;
+    const Restoration restoration =
+        restorationOf(*changes, client, change->isForced ? Conflicts::Overwritten : Conflicts::LeftAlone);
+    change->isCommitted = change->isCommitted || restoration.isAnythingChanged;
+    change->state = ChangeState::Reverting;
+    change->isRestartAwaited = false;
+    change->postAction.reset();
+    change->putBackResults.clear();
+    change->triggers = QUuid::createUuid(); // others each time: an ended process's service may still use those before
+    storeIfPossible();                      // on a full disk, the state before leads here as well
+
+    writeSide(client, restoration.changes, &Change::before);
+    const int status = client.commit(viewRoot());
+    require(status == 0, TessaroError(viewRoot(), status));
+    change->conflicts = restoration.conflicts;
+    if (change->isCommitted) {
+        PostActionFile postAction;
+        postAction.replace();
+        applySections(sectionsToPutBack(*change, *changes), change->putBackResults, AtFailure::GoOn);
+        change->postAction = takePostAction(postAction, change->isRestartHeldBack);
+    }
+    change->problem = QString();
+    end(ChangeState::Reverted);
+}
+
+void Trial::putBackByCommand() {
+    resume();
+    if (isOpen())
+        putBack(byCommand());
+}
+
+void Trial::reopen(const ChangeRecord &kept) {
+    if (!change || change->id != kept.id)
+        folder.archive();
+    change = kept;
+    change->state = ChangeState::Reverting;
+    change->reason = byCommand();
+    change->ended = QDateTime();
+    store();
+    requireGuard(folder, change->id);
+}
+
+void Trial::end(ChangeState state) {
+    ChangeRecord ended = *change;
+    ended.state = state;
+    ended.ended = QDateTime::currentDateTimeUtc();
+    ended.passTo(BootMoment::now());
+    folder.write(ended);
+    change = ended;
+    tidyUp();
+}
+
+/// What cannot be removed now, the next command removes.
+void Trial::tidyUp() const {
+    try {
+        folder.tidyUp(*change);
+    } catch (const Error &) { // NOLINT(bugprone-empty-catch)
+    }
+}
+
+void Trial::store() {
+    change->passTo(BootMoment::now());
+    folder.write(*change);
+}
+
+/// Where all can be done without it, and is done again if this process ends before it is stored.
+void Trial::storeIfPossible() {
+    try {
+        store();
+    } catch (const Error &) { // NOLINT(bugprone-empty-catch)
+    }
+}
+
+} // namespace quendar
