@@ -20,6 +20,8 @@ namespace {
 /// Who has the lock for longer is at work on the change.
 constexpr std::chrono::milliseconds lockPatience = std::chrono::seconds(2);
 
+constexpr char noChangeYet[] = "No change was made here yet";
+
 class ShownProgress : public TrialObserver {
 public:
     void applying(int number, int count, const QString &section, std::chrono::seconds elapsed) override {
@@ -131,7 +133,7 @@ int putBackShown(const CommandLine &commandLine, Trial &trial, const StateFolder
 int forgetKept(const CommandLine &commandLine, const StateFolder &folder) {
     const FileLock lock = patientLock(folder);
     folder.forgetKept();
-    printNoChange(commandLine);
+    printNoChange(commandLine, "No change can be put back any more");
     return exitstatus::done;
 }
 
@@ -170,7 +172,8 @@ int runRevert(const CommandLine &commandLine) {
     if (trial.isOpen() && isMeant)
         return putBackShown(commandLine, trial, folder);
 
-    require(!trial.isOpen(), Error(QStringLiteral("another change is open")));
+    if (trial.isOpen())
+        throw Error(QStringLiteral("another change is open: ") + trial.record()->id);
     trial.resume();
     const QString kept = folder.keptId();
     require(!kept.isEmpty() && (id.isEmpty() || id == kept), nothingToPutBack());
@@ -181,7 +184,7 @@ int runRevert(const CommandLine &commandLine) {
 int runResume(const CommandLine &commandLine) {
     const StateFolder folder;
     if (!folder.record()) {
-        printNoChange(commandLine);
+        printNoChange(commandLine, noChangeYet);
         return exitstatus::done;
     }
     const std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
@@ -207,7 +210,7 @@ int runStatus(const CommandLine &commandLine) {
     if (commandLine.has(option::all))
         printHistory(commandLine, statuses);
     else if (statuses.isEmpty())
-        printNoChange(commandLine);
+        printNoChange(commandLine, noChangeYet);
     else
         printChange(commandLine, statuses.first());
     return exitstatus::done;
