@@ -55,10 +55,12 @@ ChangeRecord requiredRecord(const StateFolder &folder, const QString &id) {
 }
 
 Error tooEarly(const ChangeRecord &record) {
-    return Error(QStringLiteral("impossible to confirm %1: %2")
-                     .arg(record.id, record.state == ChangeState::Trying
-                                         ? QStringLiteral("its check has not passed yet")
-                                         : QStringLiteral("it is still being applied")));
+    QString reason = QStringLiteral("it is still being applied");
+    if (record.isRestartAwaited)
+        reason = QStringLiteral("the device has not restarted yet");
+    else if (record.state == ChangeState::Trying)
+        reason = QStringLiteral("its check has not passed yet");
+    return Error(QStringLiteral("impossible to confirm %1: %2").arg(record.id, reason));
 }
 
 /// What `confirm` comes to for a change that it does not confirm itself.
@@ -147,8 +149,7 @@ int runConfirm(const CommandLine &commandLine) {
     Trial trial(folder, *lock, nobody);
     resumeShown(trial, folder);
     const std::optional<ChangeRecord> &record = trial.record();
-    const bool isWaiting = trial.isOpen() && record->id == id && record->state == ChangeState::Trying;
-    if (!isWaiting || record->isCheckDue())
+    if (!record || record->id != id || !record->isConfirmable())
         return confirmationOf(commandLine, folder, requiredRecord(folder, id));
     trial.confirm();
     printOutcome(commandLine, statusOf(*record, folder));
