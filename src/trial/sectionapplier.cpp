@@ -52,10 +52,10 @@ SectionResult SectionApplier::apply(const QString &section, const QString &trigg
 
 int runApplySections(std::chrono::seconds limit) {
     HelperTask task;
+    TessaroClient client;
     while (const std::optional<QByteArray> line = task.nextLine()) {
         const QJsonArray words = QJsonDocument::fromJson(*line).array();
         ::alarm(unsigned(limit.count())); // whose signal ends this process
-        TessaroClient client;
         const ApplyResult result =
             applySection(client, childKey(viewRoot(), words.at(0).toString()), words.at(1).toString());
         ::alarm(0);
