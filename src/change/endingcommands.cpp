@@ -204,15 +204,21 @@ int runStatus(const CommandLine &commandLine) {
         return exitstatus::done;
     }
     const QVector<ChangeRecord> records = folder.history();
-    QVector<ChangeStatus> statuses;
-    for (const ChangeRecord &record : records)
-        statuses.append(statusOf(record, folder));
-    if (commandLine.has(option::all))
+    if (commandLine.has(option::all)) {
+        QVector<ChangeStatus> statuses;
+        for (const ChangeRecord &record : records)
+            statuses.append(statusOf(record, folder));
         printHistory(commandLine, statuses);
-    else if (statuses.isEmpty())
-        printNoChange(commandLine, noChangeYet);
+        return exitstatus::done;
+    }
+    // an older change may be open again
+    const std::optional<ChangeRecord> last = folder.record();
+    if (last)
+        printChange(commandLine, statusOf(*last, folder));
+    else if (!records.isEmpty())
+        printChange(commandLine, statusOf(records.first(), folder));
     else
-        printChange(commandLine, statuses.first());
+        printNoChange(commandLine, noChangeYet);
     return exitstatus::done;
 }
 
