@@ -14,7 +14,6 @@
 #include "trial/trial.h"
 
 #include <chrono>
-#include <csignal>
 
 namespace quendar {
 
@@ -37,8 +36,7 @@ public:
     void planned(const ImportPlan &plan) override { warnings = plan.unknown + plan.warnings; }
 
     void begun(const ChangeRecord &record) override {
-        // a stopped process would hold the change: neither kept nor put back
-        std::signal(SIGTSTP, [](int) {});
+        ignoreStopKey();
         printWarnings();
         if (!detachment)
             return;

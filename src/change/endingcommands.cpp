@@ -165,6 +165,7 @@ int runRevert(const CommandLine &commandLine) {
     if (commandLine.has(option::forget))
         return forgetKept(commandLine, folder);
 
+    ignoreStopKey();
     const FileLock lock = patientLock(folder);
     ShownProgress progress;
     Trial trial(folder, lock, progress);
@@ -189,6 +190,7 @@ int runResume(const CommandLine &commandLine) {
     }
     const std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
     if (lock) {
+        ignoreStopKey();
         ShownProgress progress;
         Trial trial(folder, *lock, progress);
         resumeShown(trial, folder);
