@@ -35,6 +35,21 @@ install(FILES docs/change.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/q
 install(DIRECTORY examples/drift DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quendar-change/examples
   USE_SOURCE_PERMISSIONS COMPONENT quendar-change)
 
+# Where systemd and the init scripts look, whatever the prefix: under another they would be found by nobody.
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  set(units lib/systemd/system)
+  foreach(unit quendar-change-resume.service quendar-change-guard.service)
+    configure_file(packaging/systemd/${unit}.in systemd/${unit} @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/systemd/${unit} DESTINATION ${units} COMPONENT quendar-change)
+  endforeach()
+  install(FILES packaging/systemd/quendar-change-guard.path DESTINATION ${units} COMPONENT quendar-change)
+  configure_file(packaging/quendar-change/init.in init.d/quendar-change @ONLY)
+  install(PROGRAMS ${PROJECT_BINARY_DIR}/init.d/quendar-change DESTINATION /etc/init.d COMPONENT quendar-change)
+  # by this name systemd leaves the init script alone
+  file(CREATE_LINK quendar-change-resume.service ${PROJECT_BINARY_DIR}/systemd/quendar-change.service SYMBOLIC)
+  install(FILES ${PROJECT_BINARY_DIR}/systemd/quendar-change.service DESTINATION ${units} COMPONENT quendar-change)
+endif()
+
 if(TESSARO STREQUAL "standin")
   set(examples ${CMAKE_INSTALL_DATADIR}/doc/tessaro-standin/examples)
   install_package_documents(tessaro-standin)
@@ -116,10 +131,16 @@ set(CPACK_DEBIAN_QUENDAR-CHANGE_PACKAGE_NAME quendar-change)
 set(CPACK_DEBIAN_QUENDAR-CHANGE_PACKAGE_DEPENDS "${CPACK_DEBIAN_QUENDARSETTINGS_PACKAGE_DEPENDS}")
 # what it foretells is what this version would do
 set(CPACK_DEBIAN_QUENDAR-CHANGE_PACKAGE_RECOMMENDS "quendarsettings (= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_QUENDAR-CHANGE_DESCRIPTION "see what an import of settings would do on a thin client
+set(control ${CMAKE_CURRENT_LIST_DIR}/quendar-change)
+set(CPACK_DEBIAN_QUENDAR-CHANGE_PACKAGE_CONTROL_EXTRA
+  ${control}/conffiles ${control}/postinst ${control}/prerm ${control}/postrm)
+set(CPACK_DEBIAN_QUENDAR-CHANGE_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_QUENDAR-CHANGE_DESCRIPTION "change the settings of a thin client without losing it
 quendar-change tells what quendarsettings would change on this device by a
-document, before it does it; whether an exported document would bring all
-settings back; and makes copies of documents without passphrases.")
+document, before it does it; imports a document all or nothing, and puts it
+back unless a check passes or somebody confirms it in time, also after a
+power cut; tells whether an exported document would bring all settings back;
+and makes copies of documents without passphrases.")
 
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_NAME tessaro-standin)
 set(CPACK_DEBIAN_TESSARO-STANDIN_PACKAGE_PROVIDES libtessaroclient)

@@ -14,7 +14,6 @@
 #include "trial/trial.h"
 
 #include <chrono>
-#include <csignal>
 
 namespace quendar {
 
@@ -37,8 +36,7 @@ public:
     void planned(const ImportPlan &plan) override { warnings = plan.unknown + plan.warnings; }
 
     void begun(const ChangeRecord &record) override {
-        // a stopped process would hold the change: neither kept nor put back
-        std::signal(SIGTSTP, [](int) {});
+        ignoreStopKey();
         printWarnings();
         if (!detachment)
             return;
@@ -101,10 +99,12 @@ int statusAfter(const ChangeRecord &record) {
     return record.isOpen() && record.state != ChangeState::Trying ? exitstatus::unfinished : exitstatus::done;
 }
 
-/// Ends what an earlier change has left open. Returns the exit status where there was anything.
+/// Ends what an earlier change has left open; a caller who is not to be held leaves that to the guard. Returns the exit
+/// status where there was anything.
 std::optional<int> endEarlierChange(const CommandLine &commandLine, Trial &trial, const StateFolder &folder) {
     const bool wasOpen = trial.isOpen();
-    trial.resume();
+    if (!wasOpen || !commandLine.has(option::detach))
+        trial.resume();
     if (trial.isOpen()) {
         requireGuard(folder, trial.record()->id);
         return refuseBecauseOpen(commandLine, trial.record());
@@ -132,7 +132,7 @@ int import(const CommandLine &commandLine, const ChangeRequest &request, std::op
     try {
         if (!trial.import(request)) {
             shown.printWarnings();
-            printNoChange(commandLine);
+            printNoChange(commandLine, "Nothing to do");
             return exitstatus::done;
         }
     } catch (const Error &error) {

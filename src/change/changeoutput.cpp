@@ -20,8 +20,8 @@ void printHistory(const CommandLine &commandLine, const QVector<ChangeStatus> &s
     print(commandLine.has(option::json) ? historyJson(statuses) : text);
 }
 
-void printNoChange(const CommandLine &commandLine) {
-    print(commandLine.has(option::json) ? noChangeJson() : QByteArrayLiteral("Nothing to do\n"));
+void printNoChange(const CommandLine &commandLine, const char *sentence) {
+    print(commandLine.has(option::json) ? noChangeJson() : QByteArray(sentence) + '\n');
 }
 
 void printOutcome(const CommandLine &commandLine, const ChangeStatus &status) {

@@ -11,7 +11,9 @@ namespace quendar {
 
 void printChange(const CommandLine &commandLine, const ChangeStatus &status);
 void printHistory(const CommandLine &commandLine, const QVector<ChangeStatus> &statuses);
-void printNoChange(const CommandLine &commandLine);
+
+/// @p sentence says to people why there is none.
+void printNoChange(const CommandLine &commandLine, const char *sentence);
 
 /// As `printChange`; an Error is said on standard error, since the exit status has to tell of the change itself.
 void printOutcome(const CommandLine &commandLine, const ChangeStatus &status);

@@ -14,9 +14,10 @@ using std::chrono::seconds;
 
 QString timeText(seconds time) {
     const auto left = time.count();
-    if (left < 120)
+    if (left < 60)
         return QStringLiteral("%1 s").arg(left);
-    return left < 7200 ? QStringLiteral("%1 min").arg(left / 60) : QStringLiteral("%1 h").arg(left / 3600);
+    return left < 3600 ? QStringLiteral("%1 min %2 s").arg(left / 60).arg(left % 60)
+                       : QStringLiteral("%1 h %2 min").arg(left / 3600).arg(left % 3600 / 60);
 }
 
 QString localTime(const QDateTime &time) {

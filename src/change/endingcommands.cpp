@@ -20,6 +20,8 @@ namespace {
 /// Who has the lock for longer is at work on the change.
 constexpr std::chrono::milliseconds lockPatience = std::chrono::seconds(2);
 
+constexpr char noChangeYet[] = "No change was made here yet";
+
 class ShownProgress : public TrialObserver {
 public:
     void applying(int number, int count, const QString &section, std::chrono::seconds elapsed) override {
@@ -55,10 +57,12 @@ ChangeRecord requiredRecord(const StateFolder &folder, const QString &id) {
 }
 
 Error tooEarly(const ChangeRecord &record) {
-    return Error(QStringLiteral("impossible to confirm %1: %2")
-                     .arg(record.id, record.state == ChangeState::Trying
-                                         ? QStringLiteral("its check has not passed yet")
-                                         : QStringLiteral("it is still being applied")));
+    QString reason = QStringLiteral("it is still being applied");
+    if (record.isRestartAwaited)
+        reason = QStringLiteral("the device has not restarted yet");
+    else if (record.state == ChangeState::Trying)
+        reason = QStringLiteral("its check has not passed yet");
+    return Error(QStringLiteral("impossible to confirm %1: %2").arg(record.id, reason));
 }
 
 /// What `confirm` comes to for a change that it does not confirm itself.
@@ -129,7 +133,7 @@ int putBackShown(const CommandLine &commandLine, Trial &trial, const StateFolder
 int forgetKept(const CommandLine &commandLine, const StateFolder &folder) {
     const FileLock lock = patientLock(folder);
     folder.forgetKept();
-    printNoChange(commandLine);
+    printNoChange(commandLine, "No change can be put back any more");
     return exitstatus::done;
 }
 
@@ -147,8 +151,7 @@ int runConfirm(const CommandLine &commandLine) {
     Trial trial(folder, *lock, nobody);
     resumeShown(trial, folder);
     const std::optional<ChangeRecord> &record = trial.record();
-    const bool isWaiting = trial.isOpen() && record->id == id && record->state == ChangeState::Trying;
-    if (!isWaiting || record->isCheckDue())
+    if (!record || record->id != id || !record->isConfirmable())
         return confirmationOf(commandLine, folder, requiredRecord(folder, id));
     trial.confirm();
     printOutcome(commandLine, statusOf(*record, folder));
@@ -162,6 +165,7 @@ int runRevert(const CommandLine &commandLine) {
     if (commandLine.has(option::forget))
         return forgetKept(commandLine, folder);
 
+    ignoreStopKey();
     const FileLock lock = patientLock(folder);
     ShownProgress progress;
     Trial trial(folder, lock, progress);
@@ -169,7 +173,8 @@ int runRevert(const CommandLine &commandLine) {
     if (trial.isOpen() && isMeant)
         return putBackShown(commandLine, trial, folder);
 
-    require(!trial.isOpen(), Error(QStringLiteral("another change is open")));
+    if (trial.isOpen())
+        throw Error(QStringLiteral("another change is open: ") + trial.record()->id);
     trial.resume();
     const QString kept = folder.keptId();
     require(!kept.isEmpty() && (id.isEmpty() || id == kept), nothingToPutBack());
@@ -180,11 +185,12 @@ int runRevert(const CommandLine &commandLine) {
 int runResume(const CommandLine &commandLine) {
     const StateFolder folder;
     if (!folder.record()) {
-        printNoChange(commandLine);
+        printNoChange(commandLine, noChangeYet);
         return exitstatus::done;
     }
     const std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
     if (lock) {
+        ignoreStopKey();
         ShownProgress progress;
         Trial trial(folder, *lock, progress);
         resumeShown(trial, folder);
@@ -200,15 +206,21 @@ int runStatus(const CommandLine &commandLine) {
         return exitstatus::done;
     }
     const QVector<ChangeRecord> records = folder.history();
-    QVector<ChangeStatus> statuses;
-    for (const ChangeRecord &record : records)
-        statuses.append(statusOf(record, folder));
-    if (commandLine.has(option::all))
+    if (commandLine.has(option::all)) {
+        QVector<ChangeStatus> statuses;
+        for (const ChangeRecord &record : records)
+            statuses.append(statusOf(record, folder));
         printHistory(commandLine, statuses);
-    else if (statuses.isEmpty())
-        printNoChange(commandLine);
+        return exitstatus::done;
+    }
+    // an older change may be open again
+    const std::optional<ChangeRecord> last = folder.record();
+    if (last)
+        printChange(commandLine, statusOf(*last, folder));
+    else if (!records.isEmpty())
+        printChange(commandLine, statusOf(records.first(), folder));
     else
-        printChange(commandLine, statuses.first());
+        printNoChange(commandLine, noChangeYet);
     return exitstatus::done;
 }
 

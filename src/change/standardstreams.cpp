@@ -39,6 +39,10 @@ void print(const QByteArray &text) {
     require(isWritten, Error(QStringLiteral("impossible to write to standard output")));
 }
 
+void ignoreStopKey() {
+    std::signal(SIGTSTP, [](int) {}); // what is ignored would be so in the programs that are started as well
+}
+
 bool isColoured() {
     return ::isatty(STDOUT_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR") &&
            qgetenv("TERM") != QByteArrayLiteral("dumb");

@@ -9,9 +9,15 @@ namespace quendar {
 
 namespace {
 
-QString bootId() {
+QString readBootId() {
     QFile file(QStringLiteral("/proc/sys/kernel/random/boot_id"));
     return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll().trimmed()) : QString();
+}
+
+/// No process lives through a restart.
+const QString &bootId() {
+    static const QString id = readBootId();
+    return id;
 }
 
 } // namespace

@@ -103,7 +103,12 @@ struct ChangeRecord {
 
     bool isOpen() const { return state < ChangeState::Confirmed && state >= ChangeState::Planned; }
     bool isCheckDue() const { return check && !check->isPassed && !isRestartAwaited; }
-    bool isPostActionDue() const { return postAction && !postAction->isStarted; }
+
+    /// Whether nothing but a confirmation is missing.
+    bool isConfirmable() const {
+        return state == ChangeState::Trying && !isRestartAwaited && (!check || check->isPassed);
+    }
+    bool isPostActionDue() const { return postAction && !postAction->isStarted && !postAction->command.isEmpty(); }
 
     /// The path of the key for the section at @p index of those that are applied now.
     QString trigger(int index) const;

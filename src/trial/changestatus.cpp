@@ -27,7 +27,7 @@ std::optional<QStringList> conflictsNow(const ChangeRecord &record, const StateF
 
 ChangeStatus statusOf(const ChangeRecord &record, const StateFolder &folder) {
     const bool isWaiting = record.state == ChangeState::Trying;
-    ChangeStatus status{record, std::nullopt, isGuarded(folder, record.id), record.conflicts};
+    ChangeStatus status{record, std::nullopt, record.isOpen() && isGuarded(folder, record.id), record.conflicts};
     if (isWaiting) {
         status.remaining = record.remainingAt(BootMoment::now());
         status.conflicts = conflictsNow(record, folder);

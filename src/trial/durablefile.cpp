@@ -21,9 +21,19 @@ namespace {
 
 constexpr int format = 1;
 
-QString checksumOf(const QJsonObject &content) {
-    const QByteArray text = QJsonDocument(content).toJson(QJsonDocument::Compact);
-    return QString::fromLatin1(QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex());
+QByteArray textOf(const QJsonObject &content) {
+    return QJsonDocument(content).toJson(QJsonDocument::Compact);
+}
+
+QByteArray checksumOf(const QByteArray &text) {
+    return QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex();
+}
+
+/// What a file holds: an object around the content.
+QByteArray fileTextOf(const QJsonObject &content) {
+    const QByteArray text = textOf(content);
+    return "{\"format\":" + QByteArray::number(format) + ",\"sha256\":\"" + checksumOf(text) +
+           "\",\"content\":" + text + "}\n";
 }
 
 QString folderOf(const QString &path) {
@@ -70,9 +80,6 @@ void throwSystemError(const char *what, const QString &path) {
 }
 
 void writeDurably(const QString &path, const QJsonObject &content) {
-    const QJsonObject file{{QStringLiteral("format"), format},
-                           {QStringLiteral("sha256"), checksumOf(content)},
-                           {QStringLiteral("content"), content}};
     const QByteArray newPath = QFile::encodeName(path + QStringLiteral(".new"));
     // one that a kill has left is written over; the lock keeps others away
     const Descriptor descriptor(
@@ -80,7 +87,7 @@ void writeDurably(const QString &path, const QJsonObject &content) {
     if (!descriptor.isOpen())
         throwSystemError("write", path);
     try {
-        writeAll(descriptor, QJsonDocument(file).toJson(QJsonDocument::Compact) + '\n', path);
+        writeAll(descriptor, fileTextOf(content), path);
         if (std::rename(newPath.constData(), QFile::encodeName(path).constData()) != 0)
             throwSystemError("write", path);
     } catch (const Error &) {
@@ -105,7 +112,7 @@ std::optional<QJsonObject> readDurable(const QString &path) {
     require(whole.value(QLatin1String("format")).toInt() <= format,
             unusable(path, "a newer version of quendar-change has written it", "use that one"));
     const QJsonObject content = whole.value(QLatin1String("content")).toObject();
-    require(whole.value(QLatin1String("sha256")).toString() == checksumOf(content),
+    require(whole.value(QLatin1String("sha256")).toString().toLatin1() == checksumOf(textOf(content)),
             unusable(path, "it is damaged", "see that the device has the settings it should have, then remove it"));
     return content;
 }

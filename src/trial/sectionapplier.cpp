@@ -10,6 +10,8 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 
+#include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace quendar {
@@ -24,6 +26,15 @@ SectionResult::Outcome outcomeOf(const ApplyResult &result) {
     if (result.status != 0)
         return SectionResult::Refused;
     return result.isApplied() ? SectionResult::Applied : SectionResult::Failed;
+}
+
+/// Hooks print to standard error: where nobody reads that any more, they must not fail for it.
+void replaceErrorStreamWithoutReader() {
+    pollfd stream{STDERR_FILENO, 0, 0};
+    if (::poll(&stream, 1, 0) <= 0 || (stream.revents & POLLERR) == 0)
+        return;
+    const Descriptor nothing(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    ::dup2(nothing.number(), STDERR_FILENO);
 }
 
 } // namespace
@@ -52,10 +63,11 @@ SectionResult SectionApplier::apply(const QString &section, const QString &trigg
 
 int runApplySections(std::chrono::seconds limit) {
     HelperTask task;
+    TessaroClient client;
     while (const std::optional<QByteArray> line = task.nextLine()) {
         const QJsonArray words = QJsonDocument::fromJson(*line).array();
+        replaceErrorStreamWithoutReader();
         ::alarm(unsigned(limit.count())); // whose signal ends this process
-        TessaroClient client;
         const ApplyResult result =
             applySection(client, childKey(viewRoot(), words.at(0).toString()), words.at(1).toString());
         ::alarm(0);

@@ -41,7 +41,7 @@ std::optional<ChangeRecord::PostAction> takePostAction(const PostActionFile &fil
     const QString line = file.read(printWarning);
     file.remove();
     const QString command = postActionCommand(line, isRestartHeldBack, qEnvironmentVariableIsSet("DISPLAY"));
-    return line.isEmpty() ? std::nullopt : std::optional(ChangeRecord::PostAction{line, command, command.isEmpty()});
+    return line.isEmpty() ? std::nullopt : std::optional(ChangeRecord::PostAction{line, command});
 }
 
 /// Those of the change, in its order, and the others in which something differs.
