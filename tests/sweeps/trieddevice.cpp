@@ -66,9 +66,11 @@ void TriedDevice::reset() {
     device.write(QStringLiteral("applied"), {});
     QFile::remove(device.path(QStringLiteral("hooks/more")));
     QDir(device.path(QStringLiteral("state"))).removeRecursively();
-    const QStringList files = QDir(device.path(takenUp)).entryList(QDir::Files);
-    for (const QString &file : files)
-        QFile::remove(device.path(takenUp + file));
+    for (const QString &folder : {takenUp, QStringLiteral("tmp/")}) {
+        const QStringList files = QDir(device.path(folder)).entryList(QDir::Files);
+        for (const QString &file : files)
+            QFile::remove(device.path(folder + file));
+    }
 }
 
 void TriedDevice::writeBootId() const {
