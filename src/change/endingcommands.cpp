@@ -132,6 +132,9 @@ int putBackShown(const CommandLine &commandLine, Trial &trial, const StateFolder
 
 int forgetKept(const CommandLine &commandLine, const StateFolder &folder) {
     const FileLock lock = patientLock(folder);
+    const std::optional<ChangeRecord> last = folder.record();
+    if (last && last->isOpen() && last->id == folder.keptId())
+        throw Error(QStringLiteral("the change %1 is being put back, and needs its journal").arg(last->id));
     folder.forgetKept();
     printNoChange(commandLine, "No change can be put back any more");
     return exitstatus::done;
@@ -154,8 +157,7 @@ int runConfirm(const CommandLine &commandLine) {
     if (!record || record->id != id || !record->isConfirmable())
         return confirmationOf(commandLine, folder, requiredRecord(folder, id));
     trial.confirm();
-    printOutcome(commandLine, statusOf(*record, folder));
-    return exitstatus::done;
+    return confirmationOf(commandLine, folder, *record);
 }
 
 int runRevert(const CommandLine &commandLine) {

@@ -14,6 +14,7 @@
 #include "trial/guard.h"
 #include "trial/sectionapplier.h"
 
+#include <csignal>
 #include <cstdio>
 
 using namespace quendar;
@@ -72,6 +73,15 @@ int answer(const Answer &answered) {
     }
 }
 
+/// Undoes what a caller may have set that all who start processes and alarms rely on.
+void takeUsualSignals() {
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    std::signal(SIGCHLD, SIG_DFL);
+    std::signal(SIGALRM, SIG_DFL);
+}
+
 int run(const QStringList &arguments) {
     try {
         if (const std::optional<int> status = runOwnJob(arguments))
@@ -88,6 +98,7 @@ int run(const QStringList &arguments) {
 } // namespace
 
 int main(int argc, char *argv[]) {
+    takeUsualSignals();
     secureStandardStreams();
     Application application(argc, argv);
     application.end(run(QCoreApplication::arguments()));

@@ -23,7 +23,6 @@ volatile sig_atomic_t running = 0; // the process group of the command
 
 [[noreturn]] void becomeShell(const QByteArray &command) {
     ::setpgid(0, 0);
-    std::signal(SIGPIPE, SIG_DFL);
     ::execl("/bin/sh", "sh", "-c", command.constData(), nullptr);
     ::_exit(127);
 }
@@ -36,7 +35,7 @@ bool hasSucceeded(const QByteArray &command) {
         return false;
     ::setpgid(process, process); // whoever is first
     running = process;
-    int status = 0;
+    int status = -1;
     while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
     running = 0;

@@ -113,8 +113,6 @@ void requireGuard(const StateFolder &folder, const QString &id) {
 }
 
 void guardChange(const StateFolder &folder) {
-    if (::chdir("/") != 0)
-        throwSystemError("enter", QStringLiteral("/"));
     const FileLock lock = FileLock::waitedFor(folder.guardLockPath());
     const std::optional<ChangeRecord> record = folder.record();
     if (!record || !record->isOpen())

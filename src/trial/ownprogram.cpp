@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <chrono>
 #include <cstring>
 #include <fcntl.h>
@@ -134,6 +135,7 @@ std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, const Tick 
 }
 
 HelperTask::HelperTask() {
+    std::signal(SIGPIPE, SIG_DFL); // as all that it starts expects
     ::fcntl(lockDescriptor, F_SETFD, FD_CLOEXEC);
     input.open(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
     output.open(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::WriteOnly | QIODevice::Unbuffered,

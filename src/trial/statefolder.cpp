@@ -20,6 +20,9 @@ namespace {
 /// Changes that are remembered, the last one included.
 constexpr int remembered = 20;
 
+/// States that the name of a journal can tell of.
+constexpr ChangeState marks[] = {ChangeState::Reverting, ChangeState::Reverted};
+
 void makeFolder(const QString &path) {
     if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0 && errno != EEXIST)
         throwSystemError("make", path);
@@ -42,12 +45,11 @@ QString journalId(const QString &path) {
 } // namespace
 
 StateFolder::StateFolder()
-    : folder(qEnvironmentVariable("QUENDAR_CHANGE_STATE", QStringLiteral("/var/lib/quendar-change"))) {}
+    : folder(QDir::cleanPath(qEnvironmentVariableIsEmpty("QUENDAR_CHANGE_STATE")
+                                 ? QStringLiteral("/var/lib/quendar-change")
+                                 : QDir().absoluteFilePath(qEnvironmentVariable("QUENDAR_CHANGE_STATE")))) {}
 
 void StateFolder::make() const {
-    const QString above = folder.section(QLatin1Char('/'), 0, -2);
-    if (!above.isEmpty())
-        QDir().mkpath(above);
     makeFolder(folder);
     requireOwn(folder);
     makeFolder(historyPath());
@@ -60,7 +62,13 @@ bool StateFolder::isReadable() const {
 
 std::optional<ChangeRecord> StateFolder::record() const {
     const std::optional<QJsonObject> content = readDurable(recordPath());
-    return content ? std::optional(changeRecordFrom(*content)) : std::nullopt;
+    if (!content)
+        return std::nullopt;
+    ChangeRecord record = changeRecordFrom(*content);
+    for (const ChangeState state : marks)
+        if (record.isOpen() && QFile::exists(markPath(state)))
+            record.state = state;
+    return record;
 }
 
 void StateFolder::write(const ChangeRecord &record) const {
@@ -94,12 +102,17 @@ QVector<ChangeRecord> StateFolder::history() const {
 }
 
 std::optional<ChangeSet> StateFolder::journalOf(const QString &id) const {
-    for (const QString &path : {journalPath(), keptPath()}) {
-        const std::optional<QJsonObject> journal = readDurable(path);
-        if (journal && journal->value(QLatin1String("id")).toString() == id)
-            return changeSetFrom(journal->value(QLatin1String("changes")).toArray());
-    }
-    return std::nullopt;
+    const QString path = journalPathOf(id);
+    return path.isNull() ? std::nullopt : changeSetFrom(readDurable(path)->value(QLatin1String("changes")).toArray());
+}
+
+/// Null where there is none.
+QString StateFolder::journalPathOf(const QString &id) const {
+    for (const QString &path :
+         {journalPath(), markPath(ChangeState::Reverting), markPath(ChangeState::Reverted), keptPath()})
+        if (journalId(path) == id)
+            return path;
+    return {};
 }
 
 void StateFolder::writeJournal(const QString &id, const ChangeSet &changes) const {
@@ -107,6 +120,21 @@ void StateFolder::writeJournal(const QString &id, const ChangeSet &changes) cons
     const std::optional<ChangeSet> written = journalOf(id);
     require(written && written->byPath() == changes.byPath(),
             Error(QStringLiteral("impossible to keep in %1 what stands in the registry").arg(journalPath())));
+}
+
+void StateFolder::mark(const QString &id, ChangeState state) const {
+    const QString journal = journalPathOf(id);
+    require(!journal.isNull(), Error(QStringLiteral("impossible to note that %1 is put back").arg(id)));
+    renameDurably(journal, markPath(state));
+}
+
+bool StateFolder::isMarked() const {
+    return std::any_of(
+        std::begin(marks), std::end(marks), [this](ChangeState state) { return QFile::exists(markPath(state)); });
+}
+
+QString StateFolder::markPath(ChangeState state) const {
+    return folder + QLatin1Char('/') + nameOf(state) + QStringLiteral(".json");
 }
 
 QString StateFolder::keptId() const {
@@ -119,6 +147,8 @@ void StateFolder::tidyUp(const ChangeRecord &record) const {
         renameDurably(journalPath(), keptPath());
     else
         removeDurably(journalPath());
+    for (const ChangeState state : marks)
+        removeDurably(markPath(state));
     if (!isKept && keptId() == record.id)
         forgetKept();
 }

@@ -19,7 +19,8 @@ class StateFolder {
 public:
     StateFolder();
 
-    /// Makes it where it is missing. Throws Error when that fails, or others can write in it.
+    /// Makes it where it is missing, in a folder that is there. Throws Error when that fails, or others can write in
+    /// it.
     void make() const;
 
     /// Whether this user can look into it.
@@ -45,6 +46,13 @@ public:
     /// Writes that of an open change. Throws Error also for what would not come back from it.
     void writeJournal(const QString &id, const ChangeSet &changes) const;
 
+    /// Has `record` say from now on that the open change @p id is in @p state, being or been put back, until another
+    /// record is written. Renames its journal, and so takes no room on the disk.
+    void mark(const QString &id, ChangeState state) const;
+
+    /// Whether it does.
+    bool isMarked() const;
+
     /// The id of the change whose journal is kept; null where there is none.
     QString keptId() const;
 
@@ -58,6 +66,8 @@ public:
 private:
     QString inFolder(const char *name) const { return folder + QLatin1Char('/') + QLatin1String(name); }
     QString journalPath() const { return inFolder("journal.json"); }
+    QString markPath(ChangeState state) const;
+    QString journalPathOf(const QString &id) const;
     QString keptPath() const { return inFolder("kept.json"); }
     QString recordPath() const { return inFolder("state.json"); }
     QString historyPath() const { return inFolder("history"); }

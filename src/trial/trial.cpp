@@ -66,6 +66,8 @@ Trial::Trial(const StateFolder &stateFolder, const FileLock &held, TrialObserver
     : folder(stateFolder), lock(held), observer(watcher), change(folder.record()) {}
 
 bool Trial::import(const ChangeRequest &request) {
+    if (change && folder.isMarked())
+        store();
     change.reset();
     try {
         if (!commitPlan(request))
@@ -252,7 +254,28 @@ void Trial::keepTime() {
 }
 
 void Trial::confirm() {
-    end(ChangeState::Confirmed);
+    if (isPutBack())
+        putBack(QStringLiteral("that could not be noted before"));
+    else
+        end(ChangeState::Confirmed);
+}
+
+/// Whether the record could not be written when the change was put back.
+bool Trial::isPutBack() const {
+    const ChangeSet changes = journal();
+    TessaroClient client;
+    const Restoration restoration = restorationOf(changes, client, Conflicts::LeftAlone);
+    return !restoration.isAnythingChanged && restoration.conflicts.isEmpty() && !changes.byPath().isEmpty();
+}
+
+ChangeSet Trial::journal() const {
+    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
+    require(
+        changes.has_value(),
+        Error(QStringLiteral("impossible to use %1: the journal of %2 is missing: see that the device has the settings "
+                             "it should have, then remove state.json there")
+                  .arg(folder.path(), change->id)));
+    return *changes;
 }
 
 void Trial::resume() {
@@ -275,7 +298,8 @@ void Trial::resume() {
     case ChangeState::Confirmed:
     case ChangeState::Reverted:
     case ChangeState::Failed:
-        tidyUp();
+        if (!folder.isMarked() || storeIfPossible())
+            tidyUp();
         startPostActionIfDue();
         break;
     }
@@ -322,21 +346,17 @@ void Trial::putBack(const QString &reason) {
 
 /// May be done again, as often as it is interrupted.
 void Trial::restore() {
-    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
-    require(
-        changes.has_value(),
-        Error(
-            QStringLiteral("impossible to put back %1: its journal is missing in %2").arg(change->id, folder.path())));
+    const ChangeSet changes = journal();
     TessaroClient client;
     const Restoration restoration =
-        restorationOf(*changes, client, change->isForced ? Conflicts::Overwritten : Conflicts::LeftAlone);
+        restorationOf(changes, client, change->isForced ? Conflicts::Overwritten : Conflicts::LeftAlone);
     change->isCommitted = change->isCommitted || restoration.isAnythingChanged;
     change->state = ChangeState::Reverting;
     change->isRestartAwaited = false;
     change->postAction.reset();
     change->putBackResults.clear();
     change->triggers = QUuid::createUuid(); // others each time: an ended process's service may still use those before
-    storeIfPossible();                      // on a full disk, the state before leads here as well
+    noteReverting();
 
     writeSide(client, restoration.changes, &Change::before);
     const int status = client.commit(viewRoot());
@@ -345,11 +365,16 @@ void Trial::restore() {
     if (change->isCommitted) {
         PostActionFile postAction;
         postAction.replace();
-        applySections(sectionsToPutBack(*change, *changes), change->putBackResults, AtFailure::GoOn);
+        applySections(sectionsToPutBack(*change, changes), change->putBackResults, AtFailure::GoOn);
         change->postAction = takePostAction(postAction, change->isRestartHeldBack);
     }
     change->problem = QString();
-    end(ChangeState::Reverted);
+    try {
+        end(ChangeState::Reverted);
+    } catch (const Error &) { // no room for it, but for its name
+        folder.mark(change->id, ChangeState::Reverted);
+        change->state = ChangeState::Reverted;
+    }
 }
 
 void Trial::putBackByCommand() {
@@ -367,6 +392,18 @@ void Trial::reopen(const ChangeRecord &kept) {
     change->ended = QDateTime();
     store();
     requireGuard(folder, change->id);
+}
+
+/// On a full disk only a name can be changed. Where not even that goes, it is put back all the same.
+void Trial::noteReverting() {
+    try {
+        store();
+    } catch (const Error &) {
+        try {
+            folder.mark(change->id, ChangeState::Reverting);
+        } catch (const Error &) { // NOLINT(bugprone-empty-catch)
+        }
+    }
 }
 
 void Trial::end(ChangeState state) {
@@ -393,11 +430,13 @@ void Trial::store() {
 }
 
 /// Where all can be done without it, and is done again if this process ends before it is stored.
-void Trial::storeIfPossible() {
+bool Trial::storeIfPossible() {
     try {
         store();
-    } catch (const Error &) { // NOLINT(bugprone-empty-catch)
+    } catch (const Error &) {
+        return false;
     }
+    return true;
 }
 
 } // namespace quendar

@@ -67,7 +67,7 @@ public:
     /// Stores how much of the time has gone by, every few seconds.
     void keepTime();
 
-    /// Keeps the change that waits.
+    /// Keeps the change that waits, unless it was put back and that could not be noted.
     void confirm();
 
     /// Puts back the open change.
@@ -96,10 +96,13 @@ private:
     void resumeWaiting(bool hasRestarted);
     void putBack(const QString &reason);
     void restore();
+    void noteReverting();
+    bool isPutBack() const;
+    ChangeSet journal() const;
     void end(ChangeState state);
     void tidyUp() const;
     void store();
-    void storeIfPossible();
+    bool storeIfPossible();
 
     const StateFolder &folder;
     const FileLock &lock;
