@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "change/applycommand.h"
 #include "change/commandline.h"
-#include "change/endingcommands.h"
+#include "change/confirmcommand.h"
 #include "change/exitstatus.h"
 #include "change/failure.h"
 #include "change/plancommand.h"
 #include "change/redactcommand.h"
+#include "change/resumecommand.h"
+#include "change/revertcommand.h"
 #include "change/standardstreams.h"
+#include "change/statuscommand.h"
 #include "change/verifycommand.h"
 #include "engine/application.h"
 #include "report/error.h"
@@ -43,7 +46,7 @@ std::optional<int> runOwnJob(const QStringList &arguments) {
     if (job == QLatin1String("apply-sections"))
         return runApplySections(limit);
     if (job == QLatin1String("run-check"))
-        return runCheck(arguments.value(3), limit);
+        runCheck(arguments.value(3), limit);
     if (job != QLatin1String("guard"))
         return std::nullopt;
     guardChange(StateFolder());

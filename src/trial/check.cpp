@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -13,16 +14,13 @@ namespace {
 
 constexpr std::chrono::seconds pauseBetweenRuns(1);
 
-volatile sig_atomic_t running = 0; // the process group of the command
-
-[[noreturn]] void giveUp(int /*signal*/) {
-    if (running > 0)
-        ::kill(-running, SIGKILL);
-    ::_exit(1);
+/// Ends this process and all that the command has started.
+[[noreturn]] void endGroup() {
+    ::kill(0, SIGKILL);
+    std::abort();
 }
 
 [[noreturn]] void becomeShell(const QByteArray &command) {
-    ::setpgid(0, 0);
     ::execl("/bin/sh", "sh", "-c", command.constData(), nullptr);
     ::_exit(127);
 }
@@ -33,12 +31,9 @@ bool hasSucceeded(const QByteArray &command) {
         becomeShell(command);
     if (process < 0)
         return false;
-    ::setpgid(process, process); // whoever is first
-    running = process;
     int status = -1;
     while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
-    running = 0;
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
@@ -46,17 +41,20 @@ bool hasSucceeded(const QByteArray &command) {
 
 bool passesCheck(const QString &command, std::chrono::seconds limit, int lock, const Tick &tick) {
     HelperProcess helper({QStringLiteral("run-check"), QString::number(limit.count()), command}, lock);
-    return helper.ask({}, tick).has_value();
+    const bool passes = helper.ask({}, limit, tick).has_value();
+    helper.killGroup();
+    return passes;
 }
 
-int runCheck(const QString &command, std::chrono::seconds limit) {
+void runCheck(const QString &command, std::chrono::seconds limit) {
+    ::setpgid(0, 0); // as it does already, unless a person has started it
     HelperTask task;
-    std::signal(SIGALRM, giveUp);
+    std::signal(SIGALRM, [](int) { ::kill(0, SIGKILL); });
     ::alarm(unsigned(limit.count()));
     while (!hasSucceeded(command.toLocal8Bit()))
         std::this_thread::sleep_for(pauseBetweenRuns);
-    ::alarm(0);
-    return task.answer("passed") ? 0 : 1;
+    task.answer("passed");
+    endGroup();
 }
 
 } // namespace quendar

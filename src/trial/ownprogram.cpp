@@ -7,8 +7,8 @@
 
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <chrono>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
@@ -25,6 +25,7 @@ namespace {
 constexpr int lockDescriptor = 3;
 
 constexpr std::chrono::milliseconds tickInterval = std::chrono::seconds(1);
+constexpr std::chrono::seconds grace(5);
 
 Error cannotStart(int error) {
     return Error(QStringLiteral("impossible to start a process: ") + QString::fromLocal8Bit(std::strerror(error)));
@@ -60,7 +61,8 @@ public:
     void give(int descriptor, int as) { ::posix_spawn_file_actions_adddup2(&actions, descriptor, as); }
     void giveNothing(int as) { ::posix_spawn_file_actions_addopen(&actions, as, "/dev/null", O_RDWR, 0); }
 
-    void separate() {
+    void leadGroup() { ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP); }
+    void leadSession() {
         ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
         ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     }
@@ -106,6 +108,7 @@ HelperProcess::HelperProcess(const QStringList &arguments, int lock) {
     spawn.give(questions.reading.number(), STDIN_FILENO);
     spawn.give(answers.writing.number(), STDOUT_FILENO);
     spawn.give(lock, lockDescriptor);
+    spawn.leadGroup();
     process = spawn.start(arguments);
     input = std::move(questions.writing);
     output = std::move(answers.reading);
@@ -116,13 +119,16 @@ HelperProcess::~HelperProcess() {
     waitForEnd(process);
 }
 
-std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, const Tick &tick) {
+std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, std::chrono::seconds limit, const Tick &tick) {
+    const auto end = std::chrono::steady_clock::now() + limit + grace;
     if (!line.isEmpty() && ::write(input.number(), (line + '\n').constData(), std::size_t(line.size()) + 1) < 0)
         return std::nullopt;
     QByteArray answer;
     while (!answer.endsWith('\n')) {
         if (!isReadable(output, tickInterval)) {
             tick();
+            if (std::chrono::steady_clock::now() > end)
+                ::kill(process, SIGKILL); // one that was stopped does not notice its alarm
             continue;
         }
         std::array<char, 4096> buffer{};
@@ -134,8 +140,13 @@ std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, const Tick 
     return answer.chopped(1);
 }
 
+void HelperProcess::killGroup() const {
+    ::kill(-process, SIGKILL);
+}
+
 HelperTask::HelperTask() {
     std::signal(SIGPIPE, SIG_DFL); // as all that it starts expects
+    std::signal(SIGTTOU, SIG_IGN); // it may write to a terminal that it does not own
     ::fcntl(lockDescriptor, F_SETFD, FD_CLOEXEC);
     input.open(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
     output.open(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::WriteOnly | QIODevice::Unbuffered,
@@ -158,7 +169,7 @@ void startDaemon(const QStringList &arguments) {
     Spawn spawn;
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         spawn.giveNothing(stream);
-    spawn.separate();
+    spawn.leadSession();
     spawn.start(arguments);
 }
 

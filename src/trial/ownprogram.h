@@ -8,6 +8,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QStringList>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <sys/types.h>
@@ -18,7 +19,8 @@ namespace quendar {
 using Tick = std::function<void()>;
 
 /// A helper that reads lines and answers with lines. It holds the lock of its starter, so that after the starter's end
-/// nobody takes over before the helper has ended too; and it ends when its input does.
+/// nobody takes over before the helper has ended too; and it ends when its input does. It leads a process group of its
+/// own, which no key of a terminal reaches.
 class HelperProcess {
 public:
     /// Throws Error when it cannot be started. @p lock is the descriptor that it gets.
@@ -30,8 +32,11 @@ public:
     HelperProcess &operator=(const HelperProcess &) = delete;
 
     /// A line without its line feed, as an answer to @p line, which may be empty to send nothing; nothing when it has
-    /// ended instead.
-    std::optional<QByteArray> ask(const QByteArray &line, const Tick &tick);
+    /// ended instead. The helper itself sees to it that it ends within @p limit; one that does not is killed.
+    std::optional<QByteArray> ask(const QByteArray &line, std::chrono::seconds limit, const Tick &tick);
+
+    /// Ends all that is left of its process group.
+    void killGroup() const;
 
 private:
     Descriptor input;  // its standard input

@@ -56,6 +56,10 @@ void StateFolder::make() const {
     requireOwn(historyPath());
 }
 
+bool StateFolder::exists() const {
+    return QFile::exists(folder);
+}
+
 bool StateFolder::isReadable() const {
     return ::access(QFile::encodeName(folder).constData(), R_OK | X_OK) == 0;
 }
@@ -99,6 +103,22 @@ QVector<ChangeRecord> StateFolder::history() const {
     std::sort(records.begin(), records.end(),
               [](const ChangeRecord &first, const ChangeRecord &second) { return first.number > second.number; });
     return records;
+}
+
+ChangeRecord StateFolder::recordOf(const QString &id) const {
+    const QVector<ChangeRecord> records = history();
+    const auto found =
+        std::find_if(records.cbegin(), records.cend(), [&id](const ChangeRecord &record) { return record.id == id; });
+    require(found != records.cend(), Error(QStringLiteral("no such change: ") + id));
+    return *found;
+}
+
+void StateFolder::removeUnfinished() const {
+    QDir directory(folder);
+    for (const QString &name : directory.entryList({QStringLiteral("*.new")}, QDir::Files))
+        directory.remove(name);
+    if (!QFile::exists(recordPath()))
+        QFile::remove(journalPath()); // nothing of it was done yet
 }
 
 std::optional<ChangeSet> StateFolder::journalOf(const QString &id) const {

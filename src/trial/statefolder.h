@@ -23,6 +23,8 @@ public:
     /// it.
     void make() const;
 
+    bool exists() const;
+
     /// Whether this user can look into it.
     bool isReadable() const;
 
@@ -39,6 +41,12 @@ public:
 
     /// All of them, the last one first.
     QVector<ChangeRecord> history() const;
+
+    /// That of the change @p id. Throws Error where there is none.
+    ChangeRecord recordOf(const QString &id) const;
+
+    /// Removes what a process that was killed has left half-written, as far as that goes.
+    void removeUnfinished() const;
 
     /// Of the change @p id, be it open or kept; nothing where there is none.
     std::optional<ChangeSet> journalOf(const QString &id) const;

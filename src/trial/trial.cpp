@@ -63,7 +63,9 @@ QString notApplied(const QStringList &sections) {
 } // namespace
 
 Trial::Trial(const StateFolder &stateFolder, const FileLock &held, TrialObserver &watcher)
-    : folder(stateFolder), lock(held), observer(watcher), change(folder.record()) {}
+    : folder(stateFolder), lock(held), observer(watcher), change(folder.record()) {
+    folder.removeUnfinished();
+}
 
 bool Trial::import(const ChangeRequest &request) {
     if (change && folder.isMarked())
