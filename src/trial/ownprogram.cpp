@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
@@ -42,12 +43,19 @@ struct Pipe {
     Descriptor writing;
 };
 
-/// What is different in a process that is started.
+/// What is different in a process that is started: a session of its own keeps the terminal's keys from it, and whatever
+/// the caller's signals are set to, its alarm ends it and it hears of its children.
 class Spawn {
 public:
     Spawn() {
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawnattr_init(&attributes);
+        sigset_t signals;
+        ::sigfillset(&signals);
+        ::posix_spawnattr_setsigdefault(&attributes, &signals);
+        ::sigemptyset(&signals);
+        ::posix_spawnattr_setsigmask(&attributes, &signals);
+        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     }
     ~Spawn() {
         ::posix_spawn_file_actions_destroy(&actions);
@@ -58,11 +66,7 @@ public:
 
     void give(int descriptor, int as) { ::posix_spawn_file_actions_adddup2(&actions, descriptor, as); }
     void giveNothing(int as) { ::posix_spawn_file_actions_addopen(&actions, as, "/dev/null", O_RDWR, 0); }
-
-    void separate() {
-        ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
-    }
+    void giveNothingFrom(int first) { ::posix_spawn_file_actions_addclosefrom_np(&actions, first); }
 
     pid_t start(const QStringList &arguments) const {
         const QByteArray program =
@@ -156,7 +160,7 @@ void startDaemon(const QStringList &arguments) {
     Spawn spawn;
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         spawn.giveNothing(stream);
-    spawn.separate();
+    spawn.giveNothingFrom(STDERR_FILENO + 1);
     spawn.start(arguments);
 }
 
