@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -14,7 +15,7 @@ namespace {
 
 constexpr std::chrono::seconds pauseBetweenRuns(1);
 
-/// Ends this process and all that the command has started.
+/// Ends this process, which leads its group, and all that the command has started.
 [[noreturn]] void endGroup() {
     ::kill(0, SIGKILL);
     std::abort();
@@ -29,10 +30,8 @@ bool hasSucceeded(const QByteArray &command) {
     const pid_t process = ::fork();
     if (process == 0)
         becomeShell(command);
-    if (process < 0)
-        return false;
     int status = -1;
-    while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
+    while (process > 0 && ::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
@@ -49,7 +48,11 @@ bool passesCheck(const QString &command, std::chrono::seconds limit, int lock, c
 void runCheck(const QString &command, std::chrono::seconds limit) {
     ::setpgid(0, 0); // as it does already, unless a person has started it
     HelperTask task;
-    std::signal(SIGALRM, [](int) { ::kill(0, SIGKILL); });
+    // in the same folder each time, whoever runs it
+    if (::chdir("/") != 0)
+        std::abort();
+    std::signal(SIGALRM, [](int) { endGroup(); });
+    ::prctl(PR_SET_PDEATHSIG, SIGALRM); // whoever goes on runs the command again
     ::alarm(unsigned(limit.count()));
     while (!hasSucceeded(command.toLocal8Bit()))
         std::this_thread::sleep_for(pauseBetweenRuns);

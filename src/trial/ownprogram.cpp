@@ -44,12 +44,13 @@ struct Pipe {
     Descriptor writing;
 };
 
-/// What is different in a process that is started.
+/// What is different in a process that is started: a session of its own keeps the terminal's keys from it.
 class Spawn {
 public:
     Spawn() {
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawnattr_init(&attributes);
+        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     }
     ~Spawn() {
         ::posix_spawn_file_actions_destroy(&actions);
@@ -60,12 +61,7 @@ public:
 
     void give(int descriptor, int as) { ::posix_spawn_file_actions_adddup2(&actions, descriptor, as); }
     void giveNothing(int as) { ::posix_spawn_file_actions_addopen(&actions, as, "/dev/null", O_RDWR, 0); }
-
-    void leadGroup() { ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP); }
-    void leadSession() {
-        ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
-    }
+    void giveNothingFrom(int first) { ::posix_spawn_file_actions_addclosefrom_np(&actions, first); }
 
     pid_t start(const QStringList &arguments) const {
         const QByteArray program =
@@ -108,7 +104,6 @@ HelperProcess::HelperProcess(const QStringList &arguments, int lock) {
     spawn.give(questions.reading.number(), STDIN_FILENO);
     spawn.give(answers.writing.number(), STDOUT_FILENO);
     spawn.give(lock, lockDescriptor);
-    spawn.leadGroup();
     process = spawn.start(arguments);
     input = std::move(questions.writing);
     output = std::move(answers.reading);
@@ -146,7 +141,6 @@ void HelperProcess::killGroup() const {
 
 HelperTask::HelperTask() {
     std::signal(SIGPIPE, SIG_DFL); // as all that it starts expects
-    std::signal(SIGTTOU, SIG_IGN); // it may write to a terminal that it does not own
     ::fcntl(lockDescriptor, F_SETFD, FD_CLOEXEC);
     input.open(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
     output.open(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::WriteOnly | QIODevice::Unbuffered,
@@ -169,7 +163,7 @@ void startDaemon(const QStringList &arguments) {
     Spawn spawn;
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         spawn.giveNothing(stream);
-    spawn.leadSession();
+    spawn.giveNothingFrom(STDERR_FILENO + 1);
     spawn.start(arguments);
 }
 

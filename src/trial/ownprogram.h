@@ -18,9 +18,8 @@ namespace quendar {
 /// Called about once a second while something is waited for.
 using Tick = std::function<void()>;
 
-/// A helper that reads lines and answers with lines. It holds the lock of its starter, so that after the starter's end
-/// nobody takes over before the helper has ended too; and it ends when its input does. It leads a process group of its
-/// own, which no key of a terminal reaches.
+/// A helper that reads lines and answers with lines, in a session of its own. It holds the lock of its starter, so that
+/// after the starter's end nobody takes over before the helper has ended too; and it ends when its input does.
 class HelperProcess {
 public:
     /// Throws Error when it cannot be started. @p lock is the descriptor that it gets.

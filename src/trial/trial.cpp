@@ -71,36 +71,37 @@ bool Trial::import(const ChangeRequest &request) {
     if (change && folder.isMarked())
         store();
     change.reset();
-    try {
-        if (!commitPlan(request))
-            return false;
-    } catch (const Error &error) {
-        abandon(error.message());
-        if (!change || change->state == ChangeState::Failed)
-            throw;
-        return true;
-    }
-    const QString failure = apply();
+    std::optional<PlanningClient> client;
+    if (!prepare(request, client))
+        return false;
+    QString failure = commit(*client);
+    client.reset();
+    if (failure.isNull())
+        failure = apply();
     if (!failure.isNull())
         putBack(failure);
     check();
     return true;
 }
 
-/// False where there is nothing to do.
-bool Trial::commitPlan(const ChangeRequest &request) {
+/// Leaves pending in @p client what the plan says; false where there is nothing to do.
+bool Trial::prepare(const ChangeRequest &request, std::optional<PlanningClient> &client) {
     for (int plans = 1;; ++plans) {
         try {
-            return commitOnePlan(request);
-        } catch (const ChangedMeanwhile &) {
-            if (plans == maximumPlans)
-                throw;
+            return prepareOnce(request, client.emplace());
+        } catch (const ChangedMeanwhile &error) {
+            if (plans < maximumPlans)
+                continue;
+            abandon(error.message());
+            throw;
+        } catch (const Error &error) {
+            abandon(error.message());
+            throw;
         }
     }
 }
 
-bool Trial::commitOnePlan(const ChangeRequest &request) {
-    PlanningClient client;
+bool Trial::prepareOnce(const ChangeRequest &request, PlanningClient &client) {
     const ImportPlan plan = planImport(request.document, client);
     observer.planned(plan);
     QStringList sections = request.appliesAll ? plan.sections : changingSections(plan);
@@ -122,7 +123,6 @@ bool Trial::commitOnePlan(const ChangeRequest &request) {
         observer.begun(*change);
     }
     requireUntouched(plan.changes);
-    client.carryOut();
     return true;
 }
 
@@ -144,21 +144,30 @@ void Trial::begin(const ChangeRequest &request) {
     change->triggers = QUuid::createUuid();
 }
 
-/// Ends a change, if one was begun, that was not committed; one that was after all is put back.
+/// Returns why the change is to be put back, where it was committed although the registry has failed.
+QString Trial::commit(PlanningClient &client) {
+    try {
+        client.carryOut();
+        return {};
+    } catch (const Error &error) {
+        TessaroClient reader;
+        if (restorationOf(journal(), reader, Conflicts::LeftAlone).isAnythingChanged)
+            return error.message();
+        abandon(error.message());
+        throw;
+    }
+}
+
+/// Ends a change, if one was begun, that was not committed.
 void Trial::abandon(const QString &reason) {
     if (!change)
         return;
-    TessaroClient client;
-    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
-    if (changes && restorationOf(*changes, client, Conflicts::LeftAlone).isAnythingChanged) {
-        putBack(reason);
-        return;
-    }
     change->reason = reason;
-    change->state = ChangeState::Failed;
-    change->ended = QDateTime::currentDateTimeUtc();
-    storeIfPossible();
-    tidyUp();
+    try {
+        end(ChangeState::Failed);
+    } catch (const Error &) {
+        change->state = ChangeState::Failed; // the guard, which finds it planned, comes to the same
+    }
 }
 
 /// Has the sections applied, and returns why the change is to be put back: null where it is well.
@@ -256,28 +265,18 @@ void Trial::keepTime() {
 }
 
 void Trial::confirm() {
-    if (isPutBack())
-        putBack(QStringLiteral("that could not be noted before"));
+    if (standsAsBefore())
+        putBack(QStringLiteral("all that it changed stands as before already"));
     else
         end(ChangeState::Confirmed);
 }
 
-/// Whether the record could not be written when the change was put back.
-bool Trial::isPutBack() const {
+/// Somebody has put everything back, perhaps a process that could not store that.
+bool Trial::standsAsBefore() const {
     const ChangeSet changes = journal();
     TessaroClient client;
     const Restoration restoration = restorationOf(changes, client, Conflicts::LeftAlone);
-    return !restoration.isAnythingChanged && restoration.conflicts.isEmpty() && !changes.byPath().isEmpty();
-}
-
-ChangeSet Trial::journal() const {
-    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
-    require(
-        changes.has_value(),
-        Error(QStringLiteral("impossible to use %1: the journal of %2 is missing: see that the device has the settings "
-                             "it should have, then remove state.json there")
-                  .arg(folder.path(), change->id)));
-    return *changes;
+    return !restoration.isAnythingChanged && restoration.conflicts.size() < changes.byPath().size();
 }
 
 void Trial::resume() {
@@ -339,8 +338,10 @@ void Trial::putBack(const QString &reason) {
     try {
         restore();
     } catch (const Error &error) {
+        change->state = ChangeState::Reverting; // what a check says later does not keep it
+        change->isRestartAwaited = false;
         change->problem = error.message();
-        storeIfPossible();
+        noteReverting();
         throw;
     }
     startPostActionIfDue();
@@ -379,10 +380,21 @@ void Trial::restore() {
     }
 }
 
+ChangeSet Trial::journal() const {
+    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
+    require(
+        changes.has_value(),
+        Error(QStringLiteral("impossible to use %1: the journal of %2 is missing: see that the device has the settings "
+                             "it should have, then remove state.json there")
+                  .arg(folder.path(), change->id)));
+    return *changes;
+}
+
 void Trial::putBackByCommand() {
-    resume();
-    if (isOpen())
+    if (change->state == ChangeState::Trying)
         putBack(byCommand());
+    else
+        resume();
 }
 
 void Trial::reopen(const ChangeRecord &kept) {

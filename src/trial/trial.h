@@ -9,6 +9,8 @@
 
 namespace quendar {
 
+class PlanningClient;
+
 /// What is asked for.
 struct ChangeRequest {
     Document document;
@@ -67,7 +69,7 @@ public:
     /// Stores how much of the time has gone by, every few seconds.
     void keepTime();
 
-    /// Keeps the change that waits, unless it was put back and that could not be noted.
+    /// Keeps the change that waits; one of which nothing stands any more is put back.
     void confirm();
 
     /// Puts back the open change.
@@ -83,9 +85,10 @@ public:
 private:
     enum class AtFailure { Stop, GoOn };
 
-    bool commitPlan(const ChangeRequest &request);
-    bool commitOnePlan(const ChangeRequest &request);
+    bool prepare(const ChangeRequest &request, std::optional<PlanningClient> &client);
+    bool prepareOnce(const ChangeRequest &request, PlanningClient &client);
     void begin(const ChangeRequest &request);
+    QString commit(PlanningClient &client);
     void abandon(const QString &reason);
     QString apply();
     void applySections(const QStringList &sections, QVector<SectionResult> &results, AtFailure atFailure);
@@ -97,8 +100,8 @@ private:
     void putBack(const QString &reason);
     void restore();
     void noteReverting();
-    bool isPutBack() const;
     ChangeSet journal() const;
+    bool standsAsBefore() const;
     void end(ChangeState state);
     void tidyUp() const;
     void store();
