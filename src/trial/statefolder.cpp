@@ -9,7 +9,6 @@
 #include <QtCore/QFile>
 
 #include <algorithm>
-#include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,11 +18,6 @@ namespace {
 
 /// Changes that are remembered, the last one included.
 constexpr int remembered = 20;
-
-void makeFolder(const QString &path) {
-    if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0 && errno != EEXIST)
-        throwSystemError("make", path);
-}
 
 void requireOwn(const QString &path) {
     struct stat status = {};
@@ -41,16 +35,19 @@ QString journalId(const QString &path) {
 
 } // namespace
 
-StateFolder::StateFolder()
-    : folder(qEnvironmentVariable("QUENDAR_CHANGE_STATE", QStringLiteral("/var/lib/quendar-change"))) {}
+StateFolder::StateFolder() : folder(QStringLiteral("/var/lib/quendar-change")) {
+    const QString named = qEnvironmentVariable("QUENDAR_CHANGE_STATE");
+    if (!named.isEmpty())
+        folder = QDir::cleanPath(QDir().absoluteFilePath(named));
+}
 
 void StateFolder::make() const {
     const QString above = folder.section(QLatin1Char('/'), 0, -2);
     if (!above.isEmpty())
         QDir().mkpath(above);
-    makeFolder(folder);
+    makeFolderDurably(folder);
     requireOwn(folder);
-    makeFolder(historyPath());
+    makeFolderDurably(historyPath());
     requireOwn(historyPath());
 }
 
@@ -78,6 +75,7 @@ void StateFolder::archive() const {
 }
 
 QVector<ChangeRecord> StateFolder::history() const {
+    const std::optional<ChangeRecord> last = record(); // before those that it may be among in a moment
     QMap<QString, ChangeRecord> byId;
     const QDir directory(historyPath());
     for (const QString &name : directory.entryList({QStringLiteral("*.json")}, QDir::Files))
@@ -85,7 +83,7 @@ QVector<ChangeRecord> StateFolder::history() const {
             const ChangeRecord record = changeRecordFrom(*content);
             byId.insert(record.id, record);
         }
-    if (const std::optional<ChangeRecord> last = record())
+    if (last)
         byId.insert(last->id, *last); // one that was kept may be open again
     QVector<ChangeRecord> records = byId.values().toVector();
     std::sort(records.begin(), records.end(),
