@@ -8,9 +8,9 @@
 #include "change/masking.h"
 #include "change/origin.h"
 #include "change/progress.h"
+#include "change/resumption.h"
 #include "change/standardstreams.h"
 #include "report/error.h"
-#include "trial/guard.h"
 #include "trial/trial.h"
 
 #include <chrono>
@@ -103,12 +103,12 @@ int statusAfter(const ChangeRecord &record) {
 /// status where there was anything.
 std::optional<int> endEarlierChange(const CommandLine &commandLine, Trial &trial, const StateFolder &folder) {
     const bool wasOpen = trial.isOpen();
-    if (!wasOpen || !commandLine.has(option::detach))
-        trial.resume();
-    if (trial.isOpen()) {
-        requireGuard(folder, trial.record()->id);
+    if (wasOpen && commandLine.has(option::detach))
+        leaveToGuard(trial, folder);
+    else
+        resumeShown(trial, folder);
+    if (trial.isOpen())
         return refuseBecauseOpen(commandLine, trial.record());
-    }
     if (!wasOpen)
         return std::nullopt;
     return refuse(commandLine,

@@ -5,9 +5,9 @@
 #include "change/exitstatus.h"
 #include "change/failure.h"
 #include "change/progress.h"
+#include "change/resumption.h"
 #include "change/standardstreams.h"
 #include "report/error.h"
-#include "trial/guard.h"
 #include "trial/trial.h"
 
 #include <algorithm>
@@ -65,7 +65,7 @@ Error tooEarly(const ChangeRecord &record) {
     return Error(QStringLiteral("impossible to confirm %1: %2").arg(record.id, reason));
 }
 
-/// What `confirm` comes to for a change that it does not confirm itself.
+/// What `confirm` comes to for a change in that state.
 int confirmationOf(const CommandLine &commandLine, const StateFolder &folder, const ChangeRecord &record) {
     switch (record.state) {
     case ChangeState::Planned:
@@ -90,6 +90,20 @@ int statusAfterPutBack(const ChangeRecord &record) {
     return isWhole ? exitstatus::done : exitstatus::putBack;
 }
 
+/// The change that is open or was last. One that was kept may be open again, and for a moment, as the next one begins,
+/// the last one is among the earlier ones.
+void printLast(const CommandLine &commandLine, const StateFolder &folder) {
+    std::optional<ChangeRecord> last = folder.record();
+    if (!last) {
+        const QVector<ChangeRecord> records = folder.history();
+        last = records.isEmpty() ? std::nullopt : std::optional(records.first());
+    }
+    if (last)
+        printChange(commandLine, statusOf(*last, folder));
+    else
+        printNoChange(commandLine, noChangeYet);
+}
+
 /// Waits for the lock, and says so where that takes its time.
 FileLock patientLock(const StateFolder &folder) {
     std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
@@ -97,19 +111,6 @@ FileLock patientLock(const StateFolder &folder) {
         return std::move(*lock);
     std::fputs("waiting for who is at work on the change\n", stderr);
     return FileLock::waitedFor(folder.lockPath());
-}
-
-/// Goes on with what was interrupted; what cannot be put back at the moment is said, and left to the guard.
-void resumeShown(Trial &trial, const StateFolder &folder) {
-    try {
-        trial.resume();
-    } catch (const Error &error) {
-        if (!trial.isOpen())
-            throw;
-        printError(error.message());
-    }
-    if (trial.isOpen())
-        requireGuard(folder, trial.record()->id);
 }
 
 /// Puts back the change that is open; what cannot be at the moment is left to the guard.
@@ -124,7 +125,7 @@ int putBackShown(const CommandLine &commandLine, Trial &trial, const StateFolder
         if (!trial.isOpen())
             throw;
         printError(error.message());
-        requireGuard(folder, trial.record()->id);
+        leaveToGuard(trial, folder);
     }
     printOutcome(commandLine, statusOf(*trial.record(), folder));
     return statusAfterPutBack(*trial.record());
@@ -132,6 +133,9 @@ int putBackShown(const CommandLine &commandLine, Trial &trial, const StateFolder
 
 int forgetKept(const CommandLine &commandLine, const StateFolder &folder) {
     const FileLock lock = patientLock(folder);
+    const std::optional<ChangeRecord> last = folder.record();
+    if (last && last->isOpen() && last->id == folder.keptId())
+        throw Error(QStringLiteral("the change %1 is being put back").arg(last->id));
     folder.forgetKept();
     printNoChange(commandLine, "No change can be put back any more");
     return exitstatus::done;
@@ -154,8 +158,7 @@ int runConfirm(const CommandLine &commandLine) {
     if (!record || record->id != id || !record->isConfirmable())
         return confirmationOf(commandLine, folder, requiredRecord(folder, id));
     trial.confirm();
-    printOutcome(commandLine, statusOf(*record, folder));
-    return exitstatus::done;
+    return confirmationOf(commandLine, folder, *record);
 }
 
 int runRevert(const CommandLine &commandLine) {
@@ -179,23 +182,21 @@ int runRevert(const CommandLine &commandLine) {
     const QString kept = folder.keptId();
     require(!kept.isEmpty() && (id.isEmpty() || id == kept), nothingToPutBack());
     trial.reopen(requiredRecord(folder, kept));
+    leaveToGuard(trial, folder);
     return putBackShown(commandLine, trial, folder);
 }
 
 int runResume(const CommandLine &commandLine) {
     const StateFolder folder;
-    if (!folder.record()) {
-        printNoChange(commandLine, noChangeYet);
-        return exitstatus::done;
-    }
-    const std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
+    const std::optional<FileLock> lock =
+        folder.record() ? FileLock::tried(folder.lockPath(), lockPatience) : std::nullopt;
     if (lock) {
         ignoreStopKey();
         ShownProgress progress;
         Trial trial(folder, *lock, progress);
         resumeShown(trial, folder);
     }
-    printChange(commandLine, statusOf(*folder.record(), folder));
+    printLast(commandLine, folder);
     return exitstatus::done;
 }
 
@@ -205,22 +206,14 @@ int runStatus(const CommandLine &commandLine) {
         printChange(commandLine, statusOf(requiredRecord(folder, commandLine.operand), folder));
         return exitstatus::done;
     }
-    const QVector<ChangeRecord> records = folder.history();
     if (commandLine.has(option::all)) {
         QVector<ChangeStatus> statuses;
-        for (const ChangeRecord &record : records)
+        for (const ChangeRecord &record : folder.history())
             statuses.append(statusOf(record, folder));
         printHistory(commandLine, statuses);
         return exitstatus::done;
     }
-    // an older change may be open again
-    const std::optional<ChangeRecord> last = folder.record();
-    if (last)
-        printChange(commandLine, statusOf(*last, folder));
-    else if (!records.isEmpty())
-        printChange(commandLine, statusOf(records.first(), folder));
-    else
-        printNoChange(commandLine, noChangeYet);
+    printLast(commandLine, folder);
     return exitstatus::done;
 }
 

@@ -396,7 +396,6 @@ void Trial::reopen(const ChangeRecord &kept) {
     change->reason = byCommand();
     change->ended = QDateTime();
     store();
-    requireGuard(folder, change->id);
 }
 
 void Trial::end(ChangeState state) {
