@@ -10,7 +10,6 @@
 #include "change/origin.h"
 #include "change/progress.h"
 #include "change/standardstreams.h"
-#include "trial/guard.h"
 
 #include <chrono>
 #include <variant>
@@ -96,12 +95,12 @@ int statusAfter(const ChangeRecord &record) {
 /// there can be no other change now.
 std::optional<Refusal> endEarlierChange(const CommandLine &commandLine, Trial &trial, const StateFolder &folder) {
     const bool wasOpen = trial.isOpen();
-    if (!wasOpen || !commandLine.has(option::detach))
-        trial.resume();
-    if (trial.isOpen()) {
-        requireGuard(folder, trial.record()->id);
+    stepOrLeaveToGuard(trial, folder, [&] {
+        if (!wasOpen || !commandLine.has(option::detach))
+            trial.resume();
+    });
+    if (trial.isOpen())
         return refusalBecauseOf(trial.record());
-    }
     if (!wasOpen)
         return std::nullopt;
     return Refusal{QStringLiteral("the change %1 was interrupted, and has been put back now; give the command again")

@@ -6,6 +6,7 @@
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 
 #include <cerrno>
@@ -37,7 +38,7 @@ QByteArray fileTextOf(const QJsonObject &content) {
 }
 
 QString folderOf(const QString &path) {
-    return path.section(QLatin1Char('/'), 0, -2);
+    return QFileInfo(path).path();
 }
 
 void syncFolderOf(const QString &path) {
@@ -125,6 +126,13 @@ void renameDurably(const QString &from, const QString &to) {
     } else if (errno != ENOENT) {
         throwSystemError("write", to);
     }
+}
+
+void makeFolderDurably(const QString &path) {
+    if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0)
+        syncFolderOf(path);
+    else if (errno != EEXIST)
+        throwSystemError("make", path);
 }
 
 void removeDurably(const QString &path) {

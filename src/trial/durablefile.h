@@ -21,6 +21,10 @@ std::optional<QJsonObject> readDurable(const QString &path);
 void renameDurably(const QString &from, const QString &to);
 void removeDurably(const QString &path);
 
+/// Makes a folder that only this user can enter, unless something stands there already. On the disk when this returns.
+/// Throws Error.
+void makeFolderDurably(const QString &path);
+
 /// The error of the last system call that failed at @p path: "impossible to WHAT PATH: REASON".
 [[noreturn]] void throwSystemError(const char *what, const QString &path);
 

@@ -9,7 +9,6 @@
 #include <QtCore/QFile>
 
 #include <algorithm>
-#include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,11 +21,6 @@ constexpr int remembered = 20;
 
 /// States that the name of a journal can tell of.
 constexpr ChangeState marks[] = {ChangeState::Reverting, ChangeState::Reverted};
-
-void makeFolder(const QString &path) {
-    if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0 && errno != EEXIST)
-        throwSystemError("make", path);
-}
 
 void requireOwn(const QString &path) {
     struct stat status = {};
@@ -44,15 +38,16 @@ QString journalId(const QString &path) {
 
 } // namespace
 
-StateFolder::StateFolder()
-    : folder(QDir::cleanPath(qEnvironmentVariableIsEmpty("QUENDAR_CHANGE_STATE")
-                                 ? QStringLiteral("/var/lib/quendar-change")
-                                 : QDir().absoluteFilePath(qEnvironmentVariable("QUENDAR_CHANGE_STATE")))) {}
+StateFolder::StateFolder() : folder(QStringLiteral("/var/lib/quendar-change")) {
+    const QString named = qEnvironmentVariable("QUENDAR_CHANGE_STATE");
+    if (!named.isEmpty())
+        folder = QDir::cleanPath(QDir().absoluteFilePath(named));
+}
 
 void StateFolder::make() const {
-    makeFolder(folder);
+    makeFolderDurably(folder);
     requireOwn(folder);
-    makeFolder(historyPath());
+    makeFolderDurably(historyPath());
     requireOwn(historyPath());
 }
 
@@ -90,6 +85,7 @@ void StateFolder::archive() const {
 }
 
 QVector<ChangeRecord> StateFolder::history() const {
+    const std::optional<ChangeRecord> last = record(); // before those that it may be among in a moment
     QMap<QString, ChangeRecord> byId;
     const QDir directory(historyPath());
     for (const QString &name : directory.entryList({QStringLiteral("*.json")}, QDir::Files))
@@ -97,7 +93,7 @@ QVector<ChangeRecord> StateFolder::history() const {
             const ChangeRecord record = changeRecordFrom(*content);
             byId.insert(record.id, record);
         }
-    if (const std::optional<ChangeRecord> last = record())
+    if (last)
         byId.insert(last->id, *last); // one that was kept may be open again
     QVector<ChangeRecord> records = byId.values().toVector();
     std::sort(records.begin(), records.end(),

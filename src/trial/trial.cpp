@@ -405,7 +405,6 @@ void Trial::reopen(const ChangeRecord &kept) {
     change->reason = byCommand();
     change->ended = QDateTime();
     store();
-    requireGuard(folder, change->id);
 }
 
 /// On a full disk only a name can be changed. Where not even that goes, it is put back all the same.
