@@ -5,12 +5,14 @@
 
 #include <QtCore/QCoreApplication>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <iterator>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -67,11 +69,10 @@ public:
         const QByteArray program =
             QFile::encodeName(qEnvironmentVariable("QUENDAR_CHANGE_PROGRAM", QCoreApplication::applicationFilePath()));
         std::vector<QByteArray> words{program};
-        for (const QString &argument : arguments)
-            words.push_back(QFile::encodeName(argument));
+        std::transform(arguments.cbegin(), arguments.cend(), std::back_inserter(words), &QFile::encodeName);
         std::vector<char *> pointers;
-        for (QByteArray &word : words)
-            pointers.push_back(word.data());
+        std::transform(words.begin(), words.end(), std::back_inserter(pointers),
+                       [](QByteArray &word) { return word.data(); });
         pointers.push_back(nullptr);
         pid_t process = -1;
         const int error = ::posix_spawn(&process, program.constData(), &actions, &attributes, pointers.data(), environ);
