@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "change/applycommand.h"
 #include "change/commandline.h"
-#include "change/endingcommands.h"
+#include "change/confirmcommand.h"
 #include "change/exitstatus.h"
 #include "change/failure.h"
 #include "change/plancommand.h"
 #include "change/redactcommand.h"
+#include "change/resumecommand.h"
+#include "change/revertcommand.h"
 #include "change/standardstreams.h"
+#include "change/statuscommand.h"
 #include "change/verifycommand.h"
 #include "engine/application.h"
 #include "report/error.h"
@@ -14,6 +17,7 @@
 #include "trial/guard.h"
 #include "trial/sectionapplier.h"
 
+#include <csignal>
 #include <cstdio>
 
 using namespace quendar;
@@ -42,7 +46,7 @@ std::optional<int> runOwnJob(const QStringList &arguments) {
     if (job == QLatin1String("apply-sections"))
         return runApplySections(limit);
     if (job == QLatin1String("run-check"))
-        return runCheck(arguments.value(3), limit);
+        runCheck(arguments.value(3), limit);
     if (job != QLatin1String("guard"))
         return std::nullopt;
     guardChange(StateFolder());
@@ -72,6 +76,15 @@ int answer(const Answer &answered) {
     }
 }
 
+/// Undoes what a caller may have set that all who start processes and alarms rely on.
+void takeUsualSignals() {
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    std::signal(SIGCHLD, SIG_DFL);
+    std::signal(SIGALRM, SIG_DFL);
+}
+
 int run(const QStringList &arguments) {
     try {
         if (const std::optional<int> status = runOwnJob(arguments))
@@ -88,6 +101,7 @@ int run(const QStringList &arguments) {
 } // namespace
 
 int main(int argc, char *argv[]) {
+    takeUsualSignals();
     secureStandardStreams();
     Application application(argc, argv);
     application.end(run(QCoreApplication::arguments()));

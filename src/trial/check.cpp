@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
@@ -15,12 +16,12 @@ namespace {
 constexpr std::chrono::seconds pauseBetweenRuns(1);
 
 /// Ends this process, which leads its group, and all that the command has started.
-void giveUp(int /*signal*/) {
+[[noreturn]] void endGroup() {
     ::kill(0, SIGKILL);
+    std::abort();
 }
 
 [[noreturn]] void becomeShell(const QByteArray &command) {
-    std::signal(SIGPIPE, SIG_DFL);
     ::execl("/bin/sh", "sh", "-c", command.constData(), nullptr);
     ::_exit(127);
 }
@@ -39,21 +40,24 @@ bool hasSucceeded(const QByteArray &command) {
 
 bool passesCheck(const QString &command, std::chrono::seconds limit, int lock, const Tick &tick) {
     HelperProcess helper({QStringLiteral("run-check"), QString::number(limit.count()), command}, lock);
-    return helper.ask({}, tick).has_value();
+    const bool passes = helper.ask({}, limit, tick).has_value();
+    helper.killGroup();
+    return passes;
 }
 
-int runCheck(const QString &command, std::chrono::seconds limit) {
+void runCheck(const QString &command, std::chrono::seconds limit) {
+    ::setpgid(0, 0); // as it does already, unless a person has started it
     HelperTask task;
     // in the same folder each time, whoever runs it
     if (::chdir("/") != 0)
-        return 1;
-    std::signal(SIGALRM, giveUp);
+        std::abort();
+    std::signal(SIGALRM, [](int) { endGroup(); });
     ::prctl(PR_SET_PDEATHSIG, SIGALRM); // whoever goes on runs the command again
     ::alarm(unsigned(limit.count()));
     while (!hasSucceeded(command.toLocal8Bit()))
         std::this_thread::sleep_for(pauseBetweenRuns);
-    ::alarm(0);
-    return task.answer("passed") ? 0 : 1;
+    task.answer("passed");
+    endGroup();
 }
 
 } // namespace quendar

@@ -76,21 +76,21 @@ public:
     bool goOn() {
         std::optional<FileLock> lock;
         while (!(lock = FileLock::tried(folder.lockPath(), {}))) {
-            if (!isOpen()) // who has the lock makes the next change, and waits for this guard to end
+            if (!isUnfinished()) // who has the lock makes the next change, and waits for this guard to end
                 return false;
             std::this_thread::sleep_for(lockPause);
         }
-        const bool isUnfinished = goOnAlone(*lock);
+        const bool isAnythingLeft = goOnAlone(*lock);
         changes.forget(); // its own; those of others come when they have the lock
-        return isUnfinished;
+        return isAnythingLeft;
     }
 
     void wait() const { changes.wait(pause); }
 
 private:
-    bool isOpen() const {
+    bool isUnfinished() const {
         const std::optional<ChangeRecord> record = folder.record();
-        return record && record->id == id && record->isOpen();
+        return record && record->id == id && (record->isOpen() || record->isPostActionDue());
     }
 
     bool goOnAlone(const FileLock &lock) {
@@ -134,8 +134,6 @@ void requireGuard(const StateFolder &folder, const QString &id) {
 }
 
 void guardChange(const StateFolder &folder) {
-    if (::chdir("/") != 0)
-        throwSystemError("enter", QStringLiteral("/"));
     const FileLock lock = FileLock::waitedFor(folder.guardLockPath());
     const std::optional<ChangeRecord> record = folder.record();
     if (!record || !record->isOpen())

@@ -25,6 +25,7 @@ namespace {
 constexpr int lockDescriptor = 3;
 
 constexpr std::chrono::milliseconds tickInterval = std::chrono::seconds(1);
+constexpr std::chrono::seconds grace(5);
 
 Error cannotStart(int error) {
     return Error(QStringLiteral("impossible to start a process: ") + QString::fromLocal8Bit(std::strerror(error)));
@@ -43,19 +44,13 @@ struct Pipe {
     Descriptor writing;
 };
 
-/// What is different in a process that is started: a session of its own keeps the terminal's keys from it, and whatever
-/// the caller's signals are set to, its alarm ends it and it hears of its children.
+/// What is different in a process that is started: a session of its own keeps the terminal's keys from it.
 class Spawn {
 public:
     Spawn() {
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawnattr_init(&attributes);
-        sigset_t signals;
-        ::sigfillset(&signals);
-        ::posix_spawnattr_setsigdefault(&attributes, &signals);
-        ::sigemptyset(&signals);
-        ::posix_spawnattr_setsigmask(&attributes, &signals);
-        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     }
     ~Spawn() {
         ::posix_spawn_file_actions_destroy(&actions);
@@ -119,13 +114,16 @@ HelperProcess::~HelperProcess() {
     waitForEnd(process);
 }
 
-std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, const Tick &tick) {
+std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, std::chrono::seconds limit, const Tick &tick) {
+    const auto end = std::chrono::steady_clock::now() + limit + grace;
     if (!line.isEmpty() && ::write(input.number(), (line + '\n').constData(), std::size_t(line.size()) + 1) < 0)
         return std::nullopt;
     QByteArray answer;
     while (!answer.endsWith('\n')) {
         if (!isReadable(output, tickInterval)) {
             tick();
+            if (std::chrono::steady_clock::now() > end)
+                ::kill(process, SIGKILL); // one that was stopped does not notice its alarm
             continue;
         }
         std::array<char, 4096> buffer{};
@@ -137,7 +135,12 @@ std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, const Tick 
     return answer.chopped(1);
 }
 
+void HelperProcess::killGroup() const {
+    ::kill(-process, SIGKILL);
+}
+
 HelperTask::HelperTask() {
+    std::signal(SIGPIPE, SIG_DFL); // as all that it starts expects
     ::fcntl(lockDescriptor, F_SETFD, FD_CLOEXEC);
     input.open(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
     output.open(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::WriteOnly | QIODevice::Unbuffered,

@@ -8,6 +8,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QStringList>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <sys/types.h>
@@ -30,8 +31,11 @@ public:
     HelperProcess &operator=(const HelperProcess &) = delete;
 
     /// A line without its line feed, as an answer to @p line, which may be empty to send nothing; nothing when it has
-    /// ended instead.
-    std::optional<QByteArray> ask(const QByteArray &line, const Tick &tick);
+    /// ended instead. The helper itself sees to it that it ends within @p limit; one that does not is killed.
+    std::optional<QByteArray> ask(const QByteArray &line, std::chrono::seconds limit, const Tick &tick);
+
+    /// Ends all that is left of its process group.
+    void killGroup() const;
 
 private:
     Descriptor input;  // its standard input

@@ -19,6 +19,9 @@ namespace {
 /// Changes that are remembered, the last one included.
 constexpr int remembered = 20;
 
+/// States that the name of a journal can tell of.
+constexpr ChangeState marks[] = {ChangeState::Reverting, ChangeState::Reverted};
+
 void requireOwn(const QString &path) {
     struct stat status = {};
     const bool isOwn = ::lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISDIR(status.st_mode) &&
@@ -35,20 +38,20 @@ QString journalId(const QString &path) {
 
 } // namespace
 
-StateFolder::StateFolder() : folder(QStringLiteral("/var/lib/quendar-change")) {
-    const QString named = qEnvironmentVariable("QUENDAR_CHANGE_STATE");
-    if (!named.isEmpty())
-        folder = QDir::cleanPath(QDir().absoluteFilePath(named));
-}
+StateFolder::StateFolder()
+    : folder(QDir::cleanPath(qEnvironmentVariableIsEmpty("QUENDAR_CHANGE_STATE")
+                                 ? QStringLiteral("/var/lib/quendar-change")
+                                 : QDir().absoluteFilePath(qEnvironmentVariable("QUENDAR_CHANGE_STATE")))) {}
 
 void StateFolder::make() const {
-    const QString above = folder.section(QLatin1Char('/'), 0, -2);
-    if (!above.isEmpty())
-        QDir().mkpath(above);
     makeFolderDurably(folder);
     requireOwn(folder);
     makeFolderDurably(historyPath());
     requireOwn(historyPath());
+}
+
+bool StateFolder::exists() const {
+    return QFile::exists(folder);
 }
 
 bool StateFolder::isReadable() const {
@@ -57,7 +60,13 @@ bool StateFolder::isReadable() const {
 
 std::optional<ChangeRecord> StateFolder::record() const {
     const std::optional<QJsonObject> content = readDurable(recordPath());
-    return content ? std::optional(changeRecordFrom(*content)) : std::nullopt;
+    if (!content)
+        return std::nullopt;
+    ChangeRecord record = changeRecordFrom(*content);
+    for (const ChangeState state : marks)
+        if (record.isOpen() && journalId(markPath(state)) == record.id)
+            record.state = state;
+    return record;
 }
 
 void StateFolder::write(const ChangeRecord &record) const {
@@ -91,13 +100,34 @@ QVector<ChangeRecord> StateFolder::history() const {
     return records;
 }
 
+ChangeRecord StateFolder::recordOf(const QString &id) const {
+    const QVector<ChangeRecord> records = history();
+    const auto found =
+        std::find_if(records.cbegin(), records.cend(), [&id](const ChangeRecord &record) { return record.id == id; });
+    require(found != records.cend(), Error(QStringLiteral("no such change: ") + id));
+    return *found;
+}
+
+void StateFolder::removeUnfinished() const {
+    QDir directory(folder);
+    for (const QString &name : directory.entryList({QStringLiteral("*.new")}, QDir::Files))
+        directory.remove(name);
+    if (!QFile::exists(recordPath()))
+        QFile::remove(journalPath()); // nothing of it was done yet
+}
+
 std::optional<ChangeSet> StateFolder::journalOf(const QString &id) const {
-    for (const QString &path : {journalPath(), keptPath()}) {
-        const std::optional<QJsonObject> journal = readDurable(path);
-        if (journal && journal->value(QLatin1String("id")).toString() == id)
-            return changeSetFrom(journal->value(QLatin1String("changes")).toArray());
-    }
-    return std::nullopt;
+    const QString path = journalPathOf(id);
+    return path.isNull() ? std::nullopt : changeSetFrom(readDurable(path)->value(QLatin1String("changes")).toArray());
+}
+
+/// Null where there is none.
+QString StateFolder::journalPathOf(const QString &id) const {
+    for (const QString &path :
+         {journalPath(), markPath(ChangeState::Reverting), markPath(ChangeState::Reverted), keptPath()})
+        if (journalId(path) == id)
+            return path;
+    return {};
 }
 
 void StateFolder::writeJournal(const QString &id, const ChangeSet &changes) const {
@@ -105,6 +135,21 @@ void StateFolder::writeJournal(const QString &id, const ChangeSet &changes) cons
     const std::optional<ChangeSet> written = journalOf(id);
     require(written && written->byPath() == changes.byPath(),
             Error(QStringLiteral("impossible to keep in %1 what stands in the registry").arg(journalPath())));
+}
+
+void StateFolder::mark(const QString &id, ChangeState state) const {
+    const QString journal = journalPathOf(id);
+    require(!journal.isNull(), Error(QStringLiteral("impossible to note that %1 is put back").arg(id)));
+    renameDurably(journal, markPath(state));
+}
+
+bool StateFolder::isMarked() const {
+    return std::any_of(
+        std::begin(marks), std::end(marks), [this](ChangeState state) { return QFile::exists(markPath(state)); });
+}
+
+QString StateFolder::markPath(ChangeState state) const {
+    return folder + QLatin1Char('/') + nameOf(state) + QStringLiteral(".json");
 }
 
 QString StateFolder::keptId() const {
@@ -117,6 +162,8 @@ void StateFolder::tidyUp(const ChangeRecord &record) const {
         renameDurably(journalPath(), keptPath());
     else
         removeDurably(journalPath());
+    for (const ChangeState state : marks)
+        removeDurably(markPath(state));
     if (!isKept && keptId() == record.id)
         forgetKept();
 }

@@ -19,8 +19,11 @@ class StateFolder {
 public:
     StateFolder();
 
-    /// Makes it where it is missing. Throws Error when that fails, or others can write in it.
+    /// Makes it where it is missing, in a folder that is there. Throws Error when that fails, or others can write in
+    /// it.
     void make() const;
+
+    bool exists() const;
 
     /// Whether this user can look into it.
     bool isReadable() const;
@@ -39,11 +42,24 @@ public:
     /// All of them, the last one first.
     QVector<ChangeRecord> history() const;
 
+    /// That of the change @p id. Throws Error where there is none.
+    ChangeRecord recordOf(const QString &id) const;
+
+    /// Removes what a process that was killed has left half-written, as far as that goes.
+    void removeUnfinished() const;
+
     /// Of the change @p id, be it open or kept; nothing where there is none.
     std::optional<ChangeSet> journalOf(const QString &id) const;
 
     /// Writes that of an open change. Throws Error also for what would not come back from it.
     void writeJournal(const QString &id, const ChangeSet &changes) const;
+
+    /// Has `record` say from now on that the open change @p id is in @p state, being or been put back, until another
+    /// record is written. Renames its journal, and so takes no room on the disk.
+    void mark(const QString &id, ChangeState state) const;
+
+    /// Whether it does.
+    bool isMarked() const;
 
     /// The id of the change whose journal is kept; null where there is none.
     QString keptId() const;
@@ -58,6 +74,8 @@ public:
 private:
     QString inFolder(const char *name) const { return folder + QLatin1Char('/') + QLatin1String(name); }
     QString journalPath() const { return inFolder("journal.json"); }
+    QString markPath(ChangeState state) const;
+    QString journalPathOf(const QString &id) const;
     QString keptPath() const { return inFolder("kept.json"); }
     QString recordPath() const { return inFolder("state.json"); }
     QString historyPath() const { return inFolder("history"); }

@@ -63,9 +63,13 @@ QString notApplied(const QStringList &sections) {
 } // namespace
 
 Trial::Trial(const StateFolder &stateFolder, const FileLock &held, TrialObserver &watcher)
-    : folder(stateFolder), lock(held), observer(watcher), change(folder.record()) {}
+    : folder(stateFolder), lock(held), observer(watcher), change(folder.record()) {
+    folder.removeUnfinished();
+}
 
 bool Trial::import(const ChangeRequest &request) {
+    if (change && folder.isMarked())
+        store();
     change.reset();
     std::optional<PlanningClient> client;
     if (!prepare(request, client))
@@ -267,14 +271,12 @@ void Trial::confirm() {
         end(ChangeState::Confirmed);
 }
 
-/// Somebody has put everything back, perhaps a process that was ended on a full disk, before it could store that.
+/// Somebody has put everything back, perhaps a process that could not store that.
 bool Trial::standsAsBefore() const {
-    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
-    if (!changes)
-        return false;
+    const ChangeSet changes = journal();
     TessaroClient client;
-    const Restoration restoration = restorationOf(*changes, client, Conflicts::LeftAlone);
-    return !restoration.isAnythingChanged && restoration.conflicts.size() < changes->byPath().size();
+    const Restoration restoration = restorationOf(changes, client, Conflicts::LeftAlone);
+    return !restoration.isAnythingChanged && restoration.conflicts.size() < changes.byPath().size();
 }
 
 void Trial::resume() {
@@ -297,7 +299,8 @@ void Trial::resume() {
     case ChangeState::Confirmed:
     case ChangeState::Reverted:
     case ChangeState::Failed:
-        tidyUp();
+        if (!folder.isMarked() || storeIfPossible())
+            tidyUp();
         startPostActionIfDue();
         break;
     }
@@ -338,7 +341,7 @@ void Trial::putBack(const QString &reason) {
         change->state = ChangeState::Reverting; // what a check says later does not keep it
         change->isRestartAwaited = false;
         change->problem = error.message();
-        storeIfPossible();
+        noteReverting();
         throw;
     }
     startPostActionIfDue();
@@ -356,7 +359,7 @@ void Trial::restore() {
     change->postAction.reset();
     change->putBackResults.clear();
     change->triggers = QUuid::createUuid(); // others each time: an ended process's service may still use those before
-    storeIfPossible();                      // on a full disk, the state before leads here as well
+    noteReverting();
 
     writeSide(client, restoration.changes, &Change::before);
     const int status = client.commit(viewRoot());
@@ -369,15 +372,21 @@ void Trial::restore() {
         change->postAction = takePostAction(postAction, change->isRestartHeldBack);
     }
     change->problem = QString();
-    end(ChangeState::Reverted);
+    try {
+        end(ChangeState::Reverted);
+    } catch (const Error &) { // no room for it, but for its name
+        folder.mark(change->id, ChangeState::Reverted);
+        change->state = ChangeState::Reverted;
+    }
 }
 
 ChangeSet Trial::journal() const {
     const std::optional<ChangeSet> changes = folder.journalOf(change->id);
     require(
         changes.has_value(),
-        Error(
-            QStringLiteral("impossible to put back %1: its journal is missing in %2").arg(change->id, folder.path())));
+        Error(QStringLiteral("impossible to use %1: the journal of %2 is missing: see that the device has the settings "
+                             "it should have, then remove state.json there")
+                  .arg(folder.path(), change->id)));
     return *changes;
 }
 
@@ -396,6 +405,19 @@ void Trial::reopen(const ChangeRecord &kept) {
     change->reason = byCommand();
     change->ended = QDateTime();
     store();
+    requireGuard(folder, change->id);
+}
+
+/// On a full disk only a name can be changed. Where not even that goes, it is put back all the same.
+void Trial::noteReverting() {
+    try {
+        store();
+    } catch (const Error &) {
+        try {
+            folder.mark(change->id, ChangeState::Reverting);
+        } catch (const Error &) { // NOLINT(bugprone-empty-catch)
+        }
+    }
 }
 
 void Trial::end(ChangeState state) {
@@ -422,11 +444,13 @@ void Trial::store() {
 }
 
 /// Where all can be done without it, and is done again if this process ends before it is stored.
-void Trial::storeIfPossible() {
+bool Trial::storeIfPossible() {
     try {
         store();
-    } catch (const Error &) { // NOLINT(bugprone-empty-catch)
+    } catch (const Error &) {
+        return false;
     }
+    return true;
 }
 
 } // namespace quendar

@@ -99,12 +99,13 @@ private:
     void resumeWaiting(bool hasRestarted);
     void putBack(const QString &reason);
     void restore();
+    void noteReverting();
     ChangeSet journal() const;
     bool standsAsBefore() const;
     void end(ChangeState state);
     void tidyUp() const;
     void store();
-    void storeIfPossible();
+    bool storeIfPossible();
 
     const StateFolder &folder;
     const FileLock &lock;
