@@ -95,13 +95,10 @@ int statusAfter(const ChangeRecord &record) {
 /// there can be no other change now.
 std::optional<Refusal> endEarlierChange(const CommandLine &commandLine, Trial &trial, const StateFolder &folder) {
     const bool wasOpen = trial.isOpen();
-    const bool isLeftToGuard = wasOpen && commandLine.has(option::detach);
-    const QString error = stepOrLeaveToGuard(trial, folder, [&] {
-        if (!isLeftToGuard)
+    stepOrLeaveToGuard(trial, folder, [&] {
+        if (!wasOpen || !commandLine.has(option::detach))
             trial.resume();
     });
-    if (!error.isNull())
-        printError(error);
     if (trial.isOpen())
         return refusalBecauseOf(trial.record());
     if (!wasOpen)

@@ -38,10 +38,11 @@ QString journalId(const QString &path) {
 
 } // namespace
 
-StateFolder::StateFolder()
-    : folder(QDir::cleanPath(qEnvironmentVariableIsEmpty("QUENDAR_CHANGE_STATE")
-                                 ? QStringLiteral("/var/lib/quendar-change")
-                                 : QDir().absoluteFilePath(qEnvironmentVariable("QUENDAR_CHANGE_STATE")))) {}
+StateFolder::StateFolder() : folder(QStringLiteral("/var/lib/quendar-change")) {
+    const QString named = qEnvironmentVariable("QUENDAR_CHANGE_STATE");
+    if (!named.isEmpty())
+        folder = QDir::cleanPath(QDir().absoluteFilePath(named));
+}
 
 void StateFolder::make() const {
     makeFolderDurably(folder);
