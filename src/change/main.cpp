@@ -13,6 +13,7 @@
 #include "change/verifycommand.h"
 #include "engine/application.h"
 #include "report/error.h"
+#include "trial/changestatus.h"
 #include "trial/check.h"
 #include "trial/guard.h"
 #include "trial/sectionapplier.h"
@@ -47,9 +48,12 @@ std::optional<int> runOwnJob(const QStringList &arguments) {
         return runApplySections(limit);
     if (job == QLatin1String("run-check"))
         runCheck(arguments.value(3), limit);
-    if (job != QLatin1String("guard"))
+    if (job == QLatin1String("list-conflicts"))
+        listConflicts(StateFolder(), arguments.value(2));
+    else if (job == QLatin1String("guard"))
+        guardChange(StateFolder());
+    else
         return std::nullopt;
-    guardChange(StateFolder());
     return exitstatus::done;
 }
 

@@ -30,7 +30,7 @@ int runResume(const CommandLine &commandLine) {
     const StateFolder folder;
     ignoreStopKey();
     const QString error = folder.exists() ? resume(folder) : QString();
-    const std::optional<ChangeRecord> last = folder.record();
+    const std::optional<ChangeRecord> last = folder.last();
     if (last)
         return printConclusion(commandLine, {*last, exitstatus::done, error}, folder);
     printNoChange(commandLine, noChangeYet);

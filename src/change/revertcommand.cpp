@@ -82,7 +82,7 @@ void forgetKept(const StateFolder &folder) {
 
 int runRevert(const CommandLine &commandLine) {
     const StateFolder folder;
-    require(folder.record() || !folder.history().isEmpty(), nothingToPutBack());
+    require(folder.last().has_value(), nothingToPutBack());
     if (commandLine.has(option::forget)) {
         forgetKept(folder);
         printNoChange(commandLine, "No change can be put back any more");

@@ -17,12 +17,9 @@ void printAll(const CommandLine &commandLine, const StateFolder &folder) {
 
 /// The one that is open, which may be older than others, or was last.
 void printLast(const CommandLine &commandLine, const StateFolder &folder) {
-    const std::optional<ChangeRecord> last = folder.record();
-    const QVector<ChangeRecord> earlier = last ? QVector<ChangeRecord>() : folder.history();
+    const std::optional<ChangeRecord> last = folder.last();
     if (last)
         printChange(commandLine, statusOf(*last, folder));
-    else if (!earlier.isEmpty())
-        printChange(commandLine, statusOf(earlier.first(), folder));
     else
         printNoChange(commandLine, noChangeYet);
 }

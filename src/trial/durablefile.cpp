@@ -2,7 +2,6 @@
 #include "trial/durablefile.h"
 
 #include "report/error.h"
-#include "trial/descriptor.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QFile>
@@ -64,6 +63,8 @@ Error unusable(const QString &path, const char *reason, const char *advice) {
                      .arg(path, QString::fromLatin1(reason), QString::fromLatin1(advice)));
 }
 
+} // namespace
+
 void requireOwn(const Descriptor &file, const QString &path) {
     struct stat status = {};
     const bool isOwn = ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) &&
@@ -72,8 +73,6 @@ void requireOwn(const Descriptor &file, const QString &path) {
     require(isOwn, unusable(path, "it belongs to somebody else, or others may write it",
                             "find out who has put it there, then remove it"));
 }
-
-} // namespace
 
 void throwSystemError(const char *what, const QString &path) {
     throw Error(QStringLiteral("impossible to %1 %2: %3")

@@ -25,7 +25,7 @@ namespace {
 constexpr int lockDescriptor = 3;
 
 constexpr std::chrono::milliseconds tickInterval = std::chrono::seconds(1);
-constexpr std::chrono::seconds grace(5);
+constexpr std::chrono::seconds grace(2);
 
 Error cannotStart(int error) {
     return Error(QStringLiteral("impossible to start a process: ") + QString::fromLocal8Bit(std::strerror(error)));
@@ -103,7 +103,8 @@ HelperProcess::HelperProcess(const QStringList &arguments, int lock) {
     Spawn spawn;
     spawn.give(questions.reading.number(), STDIN_FILENO);
     spawn.give(answers.writing.number(), STDOUT_FILENO);
-    spawn.give(lock, lockDescriptor);
+    if (lock >= 0)
+        spawn.give(lock, lockDescriptor);
     process = spawn.start(arguments);
     input = std::move(questions.writing);
     output = std::move(answers.reading);

@@ -22,8 +22,8 @@ using Tick = std::function<void()>;
 /// after the starter's end nobody takes over before the helper has ended too; and it ends when its input does.
 class HelperProcess {
 public:
-    /// Throws Error when it cannot be started. @p lock is the descriptor that it gets.
-    HelperProcess(const QStringList &arguments, int lock);
+    /// Throws Error when it cannot be started. @p lock is the descriptor that it gets, if any.
+    explicit HelperProcess(const QStringList &arguments, int lock = -1);
 
     /// Waits for its end.
     ~HelperProcess();

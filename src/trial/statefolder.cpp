@@ -7,6 +7,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QRegularExpression>
 
 #include <algorithm>
 #include <sys/stat.h>
@@ -34,6 +35,11 @@ void requireOwn(const QString &path) {
 QString journalId(const QString &path) {
     const std::optional<QJsonObject> journal = readDurable(path);
     return journal ? journal->value(QLatin1String("id")).toString() : QString();
+}
+
+/// The number that the id of a change begins with.
+int numberOf(const QString &id) {
+    return id.section(QLatin1Char('-'), 0, 0).toInt();
 }
 
 } // namespace
@@ -75,38 +81,62 @@ void StateFolder::write(const ChangeRecord &record) const {
 }
 
 void StateFolder::archive() const {
-    const std::optional<ChangeRecord> last = record();
-    if (!last)
+    const std::optional<ChangeRecord> before = record();
+    if (!before)
         return;
-    renameDurably(recordPath(), historyPath() + QLatin1Char('/') + last->id + QStringLiteral(".json"));
-    const QVector<ChangeRecord> all = history();
-    for (int i = remembered - 1; i < all.size(); ++i)
-        removeDurably(historyPath() + QLatin1Char('/') + all.at(i).id + QStringLiteral(".json"));
+    renameDurably(recordPath(), earlierPath(before->id));
+    for (const QString &id : earlierIds().mid(remembered - 1))
+        removeDurably(earlierPath(id));
 }
 
 QVector<ChangeRecord> StateFolder::history() const {
-    const std::optional<ChangeRecord> last = record(); // before those that it may be among in a moment
-    QMap<QString, ChangeRecord> byId;
-    const QDir directory(historyPath());
-    for (const QString &name : directory.entryList({QStringLiteral("*.json")}, QDir::Files))
-        if (const std::optional<QJsonObject> content = readDurable(directory.filePath(name))) {
-            const ChangeRecord record = changeRecordFrom(*content);
-            byId.insert(record.id, record);
-        }
-    if (last)
-        byId.insert(last->id, *last); // one that was kept may be open again
-    QVector<ChangeRecord> records = byId.values().toVector();
+    QVector<ChangeRecord> records;
+    const std::optional<ChangeRecord> current = record(); // before it may be among the earlier ones
+    if (current)
+        records.append(*current);
+    for (const QString &id : earlierIds()) {
+        const std::optional<QJsonObject> content = readDurable(earlierPath(id));
+        if (content && !(current && current->id == id)) // one that was kept may be open again
+            records.append(changeRecordFrom(*content));
+    }
     std::sort(records.begin(), records.end(),
               [](const ChangeRecord &first, const ChangeRecord &second) { return first.number > second.number; });
     return records;
 }
 
+std::optional<ChangeRecord> StateFolder::last() const {
+    const std::optional<ChangeRecord> current = record();
+    const QStringList earlier = earlierIds();
+    if (current || earlier.isEmpty())
+        return current;
+    return recordOf(earlier.first());
+}
+
+int StateFolder::lastNumber() const {
+    const QStringList earlier = earlierIds();
+    return earlier.isEmpty() ? 0 : numberOf(earlier.first());
+}
+
 ChangeRecord StateFolder::recordOf(const QString &id) const {
-    const QVector<ChangeRecord> records = history();
-    const auto found =
-        std::find_if(records.cbegin(), records.cend(), [&id](const ChangeRecord &record) { return record.id == id; });
-    require(found != records.cend(), Error(QStringLiteral("no such change: ") + id));
-    return *found;
+    const std::optional<ChangeRecord> current = record();
+    if (current && current->id == id)
+        return *current;
+    const std::optional<QJsonObject> content = earlierIds().contains(id) ? readDurable(earlierPath(id)) : std::nullopt;
+    require(content.has_value(), Error(QStringLiteral("no such change: ") + id));
+    return changeRecordFrom(*content);
+}
+
+QString StateFolder::earlierPath(const QString &id) const {
+    return historyPath() + QLatin1Char('/') + id + QStringLiteral(".json");
+}
+
+/// The latest first.
+QStringList StateFolder::earlierIds() const {
+    QStringList ids = QDir(historyPath()).entryList({QStringLiteral("*.json")}, QDir::Files);
+    ids.replaceInStrings(QRegularExpression(QStringLiteral("\\.json$")), QString());
+    std::sort(ids.begin(), ids.end(),
+              [](const QString &first, const QString &second) { return numberOf(first) > numberOf(second); });
+    return ids;
 }
 
 void StateFolder::removeUnfinished() const {
@@ -120,6 +150,16 @@ void StateFolder::removeUnfinished() const {
 std::optional<ChangeSet> StateFolder::journalOf(const QString &id) const {
     const QString path = journalPathOf(id);
     return path.isNull() ? std::nullopt : changeSetFrom(readDurable(path)->value(QLatin1String("changes")).toArray());
+}
+
+ChangeSet StateFolder::requireJournalOf(const QString &id) const {
+    const std::optional<ChangeSet> changes = journalOf(id);
+    require(
+        changes.has_value(),
+        Error(QStringLiteral("impossible to use %1: the journal of %2 is missing: see that the device has the settings "
+                             "it should have, then remove state.json there")
+                  .arg(folder, id)));
+    return *changes;
 }
 
 /// Null where there is none.

@@ -42,6 +42,12 @@ public:
     /// All of them, the last one first.
     QVector<ChangeRecord> history() const;
 
+    /// That of the change that is open or was last, be it among those of earlier ones.
+    std::optional<ChangeRecord> last() const;
+
+    /// The number of the latest change; 0 where there was none yet.
+    int lastNumber() const;
+
     /// That of the change @p id. Throws Error where there is none.
     ChangeRecord recordOf(const QString &id) const;
 
@@ -50,6 +56,9 @@ public:
 
     /// Of the change @p id, be it open or kept; nothing where there is none.
     std::optional<ChangeSet> journalOf(const QString &id) const;
+
+    /// The same. Throws Error where there is none.
+    ChangeSet requireJournalOf(const QString &id) const;
 
     /// Writes that of an open change. Throws Error also for what would not come back from it.
     void writeJournal(const QString &id, const ChangeSet &changes) const;
@@ -79,6 +88,8 @@ private:
     QString keptPath() const { return inFolder("kept.json"); }
     QString recordPath() const { return inFolder("state.json"); }
     QString historyPath() const { return inFolder("history"); }
+    QString earlierPath(const QString &id) const;
+    QStringList earlierIds() const;
 
     QString folder;
 };

@@ -128,9 +128,8 @@ bool Trial::prepareOnce(const ChangeRequest &request, PlanningClient &client) {
 
 void Trial::begin(const ChangeRequest &request) {
     folder.archive();
-    const QVector<ChangeRecord> earlier = folder.history();
     change.emplace();
-    change->number = earlier.isEmpty() ? 1 : earlier.first().number + 1;
+    change->number = folder.lastNumber() + 1;
     change->id = newId(change->number);
     change->origin = request.origin;
     change->started = QDateTime::currentDateTimeUtc();
@@ -151,7 +150,7 @@ QString Trial::commit(PlanningClient &client) {
         return {};
     } catch (const Error &error) {
         TessaroClient reader;
-        if (restorationOf(journal(), reader, Conflicts::LeftAlone).isAnythingChanged)
+        if (restorationOf(folder.requireJournalOf(change->id), reader, Conflicts::LeftAlone).isAnythingChanged)
             return error.message();
         abandon(error.message());
         throw;
@@ -211,7 +210,7 @@ void Trial::applySections(const QStringList &sections, QVector<SectionResult> &r
     observer.applied();
 }
 
-/// Removes what a killed process has left of the sections that it had applied.
+/// Removes what a killed process, or a registry that was full, has left of the sections that were applied.
 void Trial::withdrawApplies() const {
     TessaroClient client;
     for (int i = 0; i < change->usedTriggers(); ++i)
@@ -273,7 +272,7 @@ void Trial::confirm() {
 
 /// Somebody has put everything back, perhaps a process that could not store that.
 bool Trial::standsAsBefore() const {
-    const ChangeSet changes = journal();
+    const ChangeSet changes = folder.requireJournalOf(change->id);
     TessaroClient client;
     const Restoration restoration = restorationOf(changes, client, Conflicts::LeftAlone);
     return !restoration.isAnythingChanged && restoration.conflicts.size() < changes.byPath().size();
@@ -286,11 +285,9 @@ void Trial::resume() {
     switch (change->state) {
     case ChangeState::Planned:
     case ChangeState::Applying:
-        withdrawApplies();
         putBack(QStringLiteral("it was interrupted"));
         break;
     case ChangeState::Reverting:
-        withdrawApplies();
         putBack(change->reason);
         break;
     case ChangeState::Trying:
@@ -349,10 +346,11 @@ void Trial::putBack(const QString &reason) {
 
 /// May be done again, as often as it is interrupted.
 void Trial::restore() {
-    const ChangeSet changes = journal();
+    const ChangeSet changes = folder.requireJournalOf(change->id);
     TessaroClient client;
     const Restoration restoration =
         restorationOf(changes, client, change->isForced ? Conflicts::Overwritten : Conflicts::LeftAlone);
+    withdrawApplies();
     change->isCommitted = change->isCommitted || restoration.isAnythingChanged;
     change->state = ChangeState::Reverting;
     change->isRestartAwaited = false;
@@ -370,6 +368,7 @@ void Trial::restore() {
         postAction.replace();
         applySections(sectionsToPutBack(*change, changes), change->putBackResults, AtFailure::GoOn);
         change->postAction = takePostAction(postAction, change->isRestartHeldBack);
+        withdrawApplies();
     }
     change->problem = QString();
     try {
@@ -378,16 +377,6 @@ void Trial::restore() {
         folder.mark(change->id, ChangeState::Reverted);
         change->state = ChangeState::Reverted;
     }
-}
-
-ChangeSet Trial::journal() const {
-    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
-    require(
-        changes.has_value(),
-        Error(QStringLiteral("impossible to use %1: the journal of %2 is missing: see that the device has the settings "
-                             "it should have, then remove state.json there")
-                  .arg(folder.path(), change->id)));
-    return *changes;
 }
 
 void Trial::putBackByCommand() {

@@ -100,7 +100,6 @@ private:
     void putBack(const QString &reason);
     void restore();
     void noteReverting();
-    ChangeSet journal() const;
     bool standsAsBefore() const;
     void end(ChangeState state);
     void tidyUp() const;
