@@ -32,8 +32,8 @@ QByteArray checksumOf(const QByteArray &text) {
 /// What a file holds: an object around the content.
 QByteArray fileTextOf(const QJsonObject &content) {
     const QByteArray text = textOf(content);
-    return "{\"format\":" + QByteArray::number(format) + ",\"sha256\":\"" + checksumOf(text) +
-           "\",\"content\":" + text + "}\n";
+    return R"({"format":)" + QByteArray::number(format) + R"(,"sha256":")" + checksumOf(text) + R"(","content":)" +
+           text + "}\n";
 }
 
 QString folderOf(const QString &path) {

@@ -5,6 +5,7 @@
 
 #include <QtCore/QCoreApplication>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -69,10 +70,8 @@ public:
         std::vector<QByteArray> words{program};
         for (const QString &argument : arguments)
             words.push_back(QFile::encodeName(argument));
-        std::vector<char *> pointers;
-        for (QByteArray &word : words)
-            pointers.push_back(word.data());
-        pointers.push_back(nullptr);
+        std::vector<char *> pointers(words.size() + 1, nullptr);
+        std::transform(words.begin(), words.end(), pointers.begin(), [](QByteArray &word) { return word.data(); });
         pid_t process = -1;
         const int error = ::posix_spawn(&process, program.constData(), &actions, &attributes, pointers.data(), environ);
         require(error == 0, cannotStart(error));

@@ -296,6 +296,8 @@ void Trial::resume() {
     case ChangeState::Confirmed:
     case ChangeState::Reverted:
     case ChangeState::Failed:
+        if (!change->ended.isValid()) // only a name told of it
+            change->ended = QDateTime::currentDateTimeUtc();
         if (!folder.isMarked() || storeIfPossible())
             tidyUp();
         startPostActionIfDue();
