@@ -14,7 +14,9 @@ constexpr std::chrono::milliseconds lockPatience = std::chrono::seconds(2);
 
 Error tooEarly(const ChangeRecord &record) {
     QString reason = QStringLiteral("it is still being applied");
-    if (record.isRestartAwaited)
+    if (record.isConfirmable())
+        reason = QStringLiteral("somebody else is at work on it: give the command again");
+    else if (record.isRestartAwaited)
         reason = QStringLiteral("the device has not restarted yet");
     else if (record.state == ChangeState::Trying)
         reason = QStringLiteral("its check has not passed yet");
@@ -40,8 +42,13 @@ Conclusion conclusionOf(const ChangeRecord &record, const QString &error = QStri
 
 Conclusion confirm(const QString &id, const StateFolder &folder) {
     const std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
-    if (!lock)
-        return conclusionOf(folder.recordOf(id));
+    if (!lock) {
+        const ChangeRecord record = folder.recordOf(id);
+        const bool isTooLate =
+            record.isConfirmable() && record.remainingAt(BootMoment::now()) == std::chrono::milliseconds::zero();
+        const QString late = QStringLiteral("too late: %1 is about to be put back").arg(id);
+        return isTooLate ? Conclusion{record, exitstatus::putBack, late} : conclusionOf(record);
+    }
     TrialObserver nobody;
     Trial trial(folder, *lock, nobody);
     const QString error = stepOrLeaveToGuard(trial, folder, [&trial] { trial.resume(); });

@@ -58,13 +58,15 @@ Conclusion putBack(const CommandLine &commandLine, const StateFolder &folder) {
 
     if (trial.isOpen() && !isMeant)
         throw Error(QStringLiteral("another change is open: ") + record->id);
-    if (!trial.isOpen())
-        reopenKept(id, trial, folder);
-    if (commandLine.has(option::force))
-        trial.force();
-    if (commandLine.has(option::noReboot))
-        trial.holdBackRestart();
-    const QString error = stepOrLeaveToGuard(trial, folder, [&trial] { trial.putBackByCommand(); });
+    const QString error = stepOrLeaveToGuard(trial, folder, [&] {
+        if (!trial.isOpen())
+            reopenKept(id, trial, folder);
+        if (commandLine.has(option::force))
+            trial.force();
+        if (commandLine.has(option::noReboot))
+            trial.holdBackRestart();
+        trial.putBackByCommand();
+    });
     return {*record, statusOf(*record), error};
 }
 

@@ -18,10 +18,18 @@ namespace {
 /// A registry answers in milliseconds, unless somebody holds it.
 constexpr std::chrono::seconds patience(1);
 
+std::optional<QByteArray> listedConflicts(const QString &id) {
+    try {
+        HelperProcess helper({QStringLiteral("list-conflicts"), id});
+        return helper.ask({}, patience, [] {});
+    } catch (const Error &) { // all else is still worth telling
+        return std::nullopt;
+    }
+}
+
 /// Those that there would be if the change that waits were put back now.
 std::optional<QStringList> conflictsNow(const QString &id) {
-    HelperProcess helper({QStringLiteral("list-conflicts"), id});
-    const std::optional<QByteArray> answer = helper.ask({}, patience, [] {});
+    const std::optional<QByteArray> answer = listedConflicts(id);
     if (!answer)
         return std::nullopt;
     QStringList paths;

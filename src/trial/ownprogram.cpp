@@ -12,7 +12,6 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <iterator>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -69,11 +68,10 @@ public:
         const QByteArray program =
             QFile::encodeName(qEnvironmentVariable("QUENDAR_CHANGE_PROGRAM", QCoreApplication::applicationFilePath()));
         std::vector<QByteArray> words{program};
-        std::transform(arguments.cbegin(), arguments.cend(), std::back_inserter(words), &QFile::encodeName);
-        std::vector<char *> pointers;
-        std::transform(words.begin(), words.end(), std::back_inserter(pointers),
-                       [](QByteArray &word) { return word.data(); });
-        pointers.push_back(nullptr);
+        for (const QString &argument : arguments)
+            words.push_back(QFile::encodeName(argument));
+        std::vector<char *> pointers(words.size() + 1, nullptr);
+        std::transform(words.begin(), words.end(), pointers.begin(), [](QByteArray &word) { return word.data(); });
         pid_t process = -1;
         const int error = ::posix_spawn(&process, program.constData(), &actions, &attributes, pointers.data(), environ);
         require(error == 0, cannotStart(error));

@@ -71,7 +71,7 @@ std::optional<ChangeRecord> StateFolder::record() const {
         return std::nullopt;
     ChangeRecord record = changeRecordFrom(*content);
     for (const ChangeState state : marks)
-        if (record.isOpen() && QFile::exists(markPath(state)))
+        if (record.isOpen() && journalId(markPath(state)) == record.id)
             record.state = state;
     return record;
 }

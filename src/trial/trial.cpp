@@ -296,6 +296,8 @@ void Trial::resume() {
     case ChangeState::Confirmed:
     case ChangeState::Reverted:
     case ChangeState::Failed:
+        if (!change->ended.isValid()) // only a name told of it
+            change->ended = QDateTime::currentDateTimeUtc();
         if (!folder.isMarked() || storeIfPossible())
             tidyUp();
         startPostActionIfDue();
@@ -394,6 +396,7 @@ void Trial::reopen(const ChangeRecord &kept) {
     change->reason = byCommand();
     change->ended = QDateTime();
     store();
+    requireGuard(folder, change->id);
 }
 
 /// On a full disk only a name can be changed. Where not even that goes, it is put back all the same.
