@@ -84,7 +84,7 @@ private:
     QString inFolder(const char *name) const { return folder + QLatin1Char('/') + QLatin1String(name); }
     QString journalPath() const { return inFolder("journal.json"); }
     QString markPath(ChangeState state) const;
-    QString journalPathOf(const QString &id) const;
+    QStringList journalPaths() const;
     QString keptPath() const { return inFolder("kept.json"); }
     QString recordPath() const { return inFolder("state.json"); }
     QString historyPath() const { return inFolder("history"); }
