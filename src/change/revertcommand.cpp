@@ -21,11 +21,14 @@ Error nothingToPutBack() {
     return Error(QStringLiteral("nothing to put back"));
 }
 
-FileLock patientLock(const StateFolder &folder) {
+/// Where somebody is at work on the change @p meant, they are told that it is to be put back.
+FileLock patientLock(const StateFolder &folder, const std::optional<ChangeRecord> &meant = std::nullopt) {
     std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), quietWait);
     if (lock)
         return std::move(*lock);
     std::fputs("waiting for who is at work on the change\n", stderr);
+    if (meant && meant->isOpen())
+        folder.wantPutBack(meant->id);
     return FileLock::waitedFor(folder.lockPath());
 }
 
@@ -45,13 +48,14 @@ void reopenKept(const QString &id, Trial &trial, const StateFolder &folder) {
 }
 
 Conclusion putBack(const CommandLine &commandLine, const StateFolder &folder) {
+    const QString id = commandLine.operand;
+    const auto means = [&id](const std::optional<ChangeRecord> &one) { return one && (id.isEmpty() || id == one->id); };
     const std::optional<ChangeRecord> before = folder.record();
-    const FileLock lock = patientLock(folder);
+    const FileLock lock = patientLock(folder, means(before) ? before : std::nullopt);
     ShownProgress progress;
     Trial trial(folder, lock, progress);
-    const QString id = commandLine.operand;
     const std::optional<ChangeRecord> &record = trial.record();
-    const bool isMeant = record && (id.isEmpty() || id == record->id);
+    const bool isMeant = means(record);
     const bool wasOpen = before && before->isOpen() && record && before->id == record->id;
     if (isMeant && wasOpen && record->state == ChangeState::Reverted)
         return {*record, statusOf(*record), {}}; // while this one waited for the lock

@@ -121,9 +121,9 @@ std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, std::chrono
     QByteArray answer;
     while (!answer.endsWith('\n')) {
         if (!isReadable(output, tickInterval)) {
-            tick();
-            if (std::chrono::steady_clock::now() > end)
-                ::kill(process, SIGKILL); // one that was stopped does not notice its alarm
+            const bool isOverdue = std::chrono::steady_clock::now() > end; // one that is stopped misses its alarm
+            if (!tick() || isOverdue)
+                ::kill(process, SIGKILL);
             continue;
         }
         std::array<char, 4096> buffer{};

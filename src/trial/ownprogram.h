@@ -15,8 +15,8 @@
 
 namespace quendar {
 
-/// Called about once a second while something is waited for.
-using Tick = std::function<void()>;
+/// Called about once a second while something is waited for; whether it is still to be waited for.
+using Tick = std::function<bool()>;
 
 /// A helper that reads lines and answers with lines, in a session of its own. It holds the lock of its starter, so that
 /// after the starter's end nobody takes over before the helper has ended too; and it ends when its input does.
@@ -31,7 +31,8 @@ public:
     HelperProcess &operator=(const HelperProcess &) = delete;
 
     /// A line without its line feed, as an answer to @p line, which may be empty to send nothing; nothing when it has
-    /// ended instead. The helper itself sees to it that it ends within @p limit; one that does not is killed.
+    /// ended instead. The helper itself sees to it that it ends within @p limit; one that does not,
+    /// or that is not to be waited for any more, is killed.
     std::optional<QByteArray> ask(const QByteArray &line, std::chrono::seconds limit, const Tick &tick);
 
     /// Ends all that is left of its process group.

@@ -195,12 +195,24 @@ QString StateFolder::markPath(ChangeState state) const {
     return folder + QLatin1Char('/') + nameOf(state) + QStringLiteral(".json");
 }
 
+void StateFolder::wantPutBack(const QString &id) const {
+    QFile file(wishPath());
+    require(file.open(QIODevice::WriteOnly) && file.write(id.toUtf8()) > 0,
+            Error(QStringLiteral("impossible to write ") + wishPath()));
+}
+
+bool StateFolder::isPutBackWanted(const QString &id) const {
+    QFile file(wishPath());
+    return file.open(QIODevice::ReadOnly) && QString::fromUtf8(file.readAll()) == id;
+}
+
 QString StateFolder::keptId() const {
     return journalId(keptPath());
 }
 
 void StateFolder::tidyUp(const ChangeRecord &record) const {
     const bool isKept = record.state == ChangeState::Confirmed;
+    QFile::remove(wishPath());
     if (isKept && journalId(journalPath()) == record.id)
         renameDurably(journalPath(), keptPath());
     else

@@ -70,6 +70,11 @@ public:
     /// Whether it does.
     bool isMarked() const;
 
+    /// Asks whoever runs the check of the change @p id to put it back instead; may be called without the lock, and is
+    /// lost in a restart.
+    void wantPutBack(const QString &id) const;
+    bool isPutBackWanted(const QString &id) const;
+
     /// The id of the change whose journal is kept; null where there is none.
     QString keptId() const;
 
@@ -88,6 +93,7 @@ private:
     QString keptPath() const { return inFolder("kept.json"); }
     QString recordPath() const { return inFolder("state.json"); }
     QString historyPath() const { return inFolder("history"); }
+    QString wishPath() const { return inFolder("revert-wanted"); }
     QString earlierPath(const QString &id) const;
     QStringList earlierIds() const;
 

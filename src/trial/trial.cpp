@@ -196,6 +196,7 @@ void Trial::applySections(const QStringList &sections, QVector<SectionResult> &r
         const auto tell = [&] {
             const auto elapsed = std::chrono::floor<seconds>(BootMoment::now().time - start.time);
             observer.applying(i + 1, sections.size(), sections.at(i), elapsed);
+            return true;
         };
         tell();
         results.append(applier.apply(sections.at(i), change->trigger(i), tell));
@@ -246,9 +247,14 @@ void Trial::check() {
         return;
     const auto left = change->remainingAt(BootMoment::now()).value_or(change->check->limit);
     const seconds limit = std::clamp(std::chrono::ceil<seconds>(left), seconds(1), change->check->limit);
-    if (!passesCheck(change->check->command, limit, lock.descriptor(), [this] { keepTime(); })) {
-        change->check->isFailed = true;
-        putBack(QStringLiteral("its check has failed"));
+    const auto goesOn = [this] {
+        keepTime();
+        return !folder.isPutBackWanted(change->id);
+    };
+    if (!passesCheck(change->check->command, limit, lock.descriptor(), goesOn)) {
+        const bool isWanted = folder.isPutBackWanted(change->id);
+        change->check->isFailed = !isWanted;
+        putBack(isWanted ? byCommand() : QStringLiteral("its check has failed"));
         return;
     }
     change->check->isPassed = true;
