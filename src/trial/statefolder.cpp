@@ -85,8 +85,11 @@ void StateFolder::archive() const {
     if (!before)
         return;
     renameDurably(recordPath(), earlierPath(before->id));
-    for (const QString &id : earlierIds().mid(remembered - 1))
-        removeDurably(earlierPath(id));
+    const QStringList oldest = earlierIds().mid(remembered - 1);
+    const QString kept = oldest.isEmpty() ? QString() : keptId(); // which can still be opened again
+    for (const QString &id : oldest)
+        if (id != kept)
+            removeDurably(earlierPath(id));
 }
 
 QVector<ChangeRecord> StateFolder::history() const {

@@ -36,7 +36,8 @@ public:
     std::optional<ChangeRecord> record() const;
     void write(const ChangeRecord &record) const;
 
-    /// Puts the last change's record among those of earlier ones, of which the oldest go.
+    /// Puts the last change's record among those of earlier ones, of which the oldest go, but for the one whose journal
+    /// is kept.
     void archive() const;
 
     /// All of them, the last one first.
