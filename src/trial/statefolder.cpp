@@ -85,8 +85,11 @@ void StateFolder::archive() const {
     if (!before)
         return;
     renameDurably(recordPath(), earlierPath(before->id));
-    for (const QString &id : earlierIds().mid(remembered - 1))
-        removeDurably(earlierPath(id));
+    const QStringList old = earlierIds().mid(remembered - 1);
+    const QString kept = old.isEmpty() ? QString() : keptId();
+    for (const QString &id : old)
+        if (id != kept) // which can still be put back
+            removeDurably(earlierPath(id));
 }
 
 QVector<ChangeRecord> StateFolder::history() const {
@@ -101,7 +104,7 @@ QVector<ChangeRecord> StateFolder::history() const {
     }
     std::sort(records.begin(), records.end(),
               [](const ChangeRecord &first, const ChangeRecord &second) { return first.number > second.number; });
-    return records;
+    return records.mid(0, remembered);
 }
 
 std::optional<ChangeRecord> StateFolder::last() const {

@@ -39,7 +39,7 @@ public:
     /// Puts the last change's record among those of earlier ones, of which the oldest go.
     void archive() const;
 
-    /// All of them, the last one first.
+    /// The last twenty, the latest first.
     QVector<ChangeRecord> history() const;
 
     /// That of the change that is open or was last, be it among those of earlier ones.
