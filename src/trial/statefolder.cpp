@@ -85,10 +85,10 @@ void StateFolder::archive() const {
     if (!before)
         return;
     renameDurably(recordPath(), earlierPath(before->id));
-    const QStringList oldest = earlierIds().mid(remembered - 1);
-    const QString kept = oldest.isEmpty() ? QString() : keptId(); // which can still be opened again
-    for (const QString &id : oldest)
-        if (id != kept)
+    const QStringList old = earlierIds().mid(remembered - 1);
+    const QString kept = old.isEmpty() ? QString() : keptId();
+    for (const QString &id : old)
+        if (id != kept) // which can still be put back
             removeDurably(earlierPath(id));
 }
 
@@ -104,7 +104,7 @@ QVector<ChangeRecord> StateFolder::history() const {
     }
     std::sort(records.begin(), records.end(),
               [](const ChangeRecord &first, const ChangeRecord &second) { return first.number > second.number; });
-    return records;
+    return records.mid(0, remembered);
 }
 
 std::optional<ChangeRecord> StateFolder::last() const {

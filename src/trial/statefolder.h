@@ -40,7 +40,7 @@ public:
     /// is kept.
     void archive() const;
 
-    /// All of them, the last one first.
+    /// The last twenty, the latest first.
     QVector<ChangeRecord> history() const;
 
     /// That of the change that is open or was last, be it among those of earlier ones.
