@@ -19,10 +19,16 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds pause(10);
 
+Descriptor tryToOpen(const QString &path, int flags) {
+    return Descriptor(
+        ::open(QFile::encodeName(path).constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));
+}
+
 /// With @p flags; not open where there is none.
 Descriptor openedIfThere(const QString &path, int flags) {
-    Descriptor file(
-        ::open(QFile::encodeName(path).constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    Descriptor file = tryToOpen(path, flags);
+    if (!file.isOpen() && errno == EROFS) // a change is put back even so
+        file = tryToOpen(path, O_RDONLY);
     if (!file.isOpen() && errno != ENOENT)
         throwSystemError("open", path);
     if (file.isOpen())

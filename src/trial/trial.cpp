@@ -355,6 +355,7 @@ void Trial::putBack(const QString &reason) {
         noteReverting();
         throw;
     }
+    noteReverted();
     startPostActionIfDue();
 }
 
@@ -385,12 +386,6 @@ void Trial::restore() {
         withdrawApplies();
     }
     change->problem = QString();
-    try {
-        end(ChangeState::Reverted);
-    } catch (const Error &) { // no room for it, but for its name
-        folder.mark(change->id, ChangeState::Reverted);
-        change->state = ChangeState::Reverted;
-    }
 }
 
 void Trial::putBackByCommand() {
@@ -411,15 +406,27 @@ void Trial::reopen(const ChangeRecord &kept) {
     requireGuard(folder, change->id);
 }
 
-/// On a full disk only a name can be changed. Where not even that goes, it is put back all the same.
+/// Where it cannot be noted, it is put back all the same.
 void Trial::noteReverting() {
+    if (!storeIfPossible())
+        markIfPossible();
+}
+
+/// Where it cannot be noted, the next command puts it back once more; a guard would have its sections applied for ever.
+void Trial::noteReverted() {
     try {
-        store();
+        end(ChangeState::Reverted);
     } catch (const Error &) {
-        try {
-            folder.mark(change->id, ChangeState::Reverting);
-        } catch (const Error &) { // NOLINT(bugprone-empty-catch)
-        }
+        change->state = ChangeState::Reverted;
+        markIfPossible();
+    }
+}
+
+/// On a full disk only a name can be changed.
+void Trial::markIfPossible() const {
+    try {
+        folder.mark(change->id, change->state);
+    } catch (const Error &) { // NOLINT(bugprone-empty-catch)
     }
 }
 

@@ -101,6 +101,8 @@ private:
     void putBack(const QString &reason);
     void restore();
     void noteReverting();
+    void noteReverted();
+    void markIfPossible() const;
     bool standsAsBefore() const;
     void end(ChangeState state);
     void tidyUp() const;
