@@ -242,6 +242,12 @@ void Trial::startPostActionIfDue() {
     storeIfPossible();
 }
 
+/// The same, for one that may have been started: not while it could not be stored that it was.
+void Trial::resumePostAction() {
+    if (change->isPostActionDue() && storeIfPossible())
+        startPostActionIfDue();
+}
+
 void Trial::check() {
     if (!isOpen() || change->state != ChangeState::Trying || !change->isCheckDue())
         return;
@@ -306,7 +312,7 @@ void Trial::resume() {
             change->ended = QDateTime::currentDateTimeUtc();
         if (!folder.isMarked() || storeIfPossible())
             tidyUp();
-        startPostActionIfDue();
+        resumePostAction();
         break;
     }
 }
@@ -331,7 +337,7 @@ void Trial::resumeWaiting(bool hasRestarted) {
     if (hasRestarted && change->restarts > 1)
         putBack(QStringLiteral("the device has restarted again"));
     else if (change->remainingAt(BootMoment::now()) != std::chrono::milliseconds::zero())
-        startPostActionIfDue();
+        resumePostAction();
     else if (change->confirmWithin)
         putBack(QStringLiteral("nobody has confirmed it in time"));
     else

@@ -95,6 +95,7 @@ private:
     void withdrawApplies() const;
     void wait();
     void startPostActionIfDue();
+    void resumePostAction();
     bool noteRestart();
     void resumeWaiting(bool hasRestarted);
     void putBack(const QString &reason);
