@@ -62,8 +62,9 @@ private:
 /// The file that a guard locks holds the id of the change that it watches.
 void announce(const FileLock &lock, const QString &id) {
     const QByteArray text = id.toUtf8();
-    if (::ftruncate(lock.descriptor(), 0) != 0 ||
-        ::pwrite(lock.descriptor(), text.constData(), std::size_t(text.size()), 0) < 0)
+    // over what is there, which a full disk allows
+    if (::pwrite(lock.descriptor(), text.constData(), std::size_t(text.size()), 0) < 0 ||
+        ::ftruncate(lock.descriptor(), text.size()) != 0)
         throwSystemError("write", QStringLiteral("the guard's lock"));
 }
 

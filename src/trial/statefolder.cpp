@@ -151,8 +151,12 @@ void StateFolder::removeUnfinished() const {
 }
 
 std::optional<ChangeSet> StateFolder::journalOf(const QString &id) const {
-    const QString path = journalPathOf(id);
-    return path.isNull() ? std::nullopt : changeSetFrom(readDurable(path)->value(QLatin1String("changes")).toArray());
+    for (const QString &path : journalPaths()) {
+        const std::optional<QJsonObject> journal = readDurable(path);
+        if (journal && journal->value(QLatin1String("id")).toString() == id)
+            return changeSetFrom(journal->value(QLatin1String("changes")).toArray());
+    }
+    return std::nullopt;
 }
 
 ChangeSet StateFolder::requireJournalOf(const QString &id) const {
@@ -165,13 +169,9 @@ ChangeSet StateFolder::requireJournalOf(const QString &id) const {
     return *changes;
 }
 
-/// Null where there is none.
-QString StateFolder::journalPathOf(const QString &id) const {
-    for (const QString &path :
-         {journalPath(), markPath(ChangeState::Reverting), markPath(ChangeState::Reverted), keptPath()})
-        if (journalId(path) == id)
-            return path;
-    return {};
+/// Those at which a journal may be.
+QStringList StateFolder::journalPaths() const {
+    return {journalPath(), markPath(ChangeState::Reverting), markPath(ChangeState::Reverted), keptPath()};
 }
 
 void StateFolder::writeJournal(const QString &id, const ChangeSet &changes) const {
@@ -182,9 +182,11 @@ void StateFolder::writeJournal(const QString &id, const ChangeSet &changes) cons
 }
 
 void StateFolder::mark(const QString &id, ChangeState state) const {
-    const QString journal = journalPathOf(id);
-    require(!journal.isNull(), Error(QStringLiteral("impossible to note that %1 is put back").arg(id)));
-    renameDurably(journal, markPath(state));
+    const QStringList paths = journalPaths();
+    const auto journal =
+        std::find_if(paths.cbegin(), paths.cend(), [&id](const QString &path) { return journalId(path) == id; });
+    require(journal != paths.cend(), Error(QStringLiteral("impossible to note that %1 is put back").arg(id)));
+    renameDurably(*journal, markPath(state));
 }
 
 bool StateFolder::isMarked() const {

@@ -36,7 +36,8 @@ public:
     std::optional<ChangeRecord> record() const;
     void write(const ChangeRecord &record) const;
 
-    /// Puts the last change's record among those of earlier ones, of which the oldest go.
+    /// Puts the last change's record among those of earlier ones, of which the oldest go, but for the one whose journal
+    /// is kept.
     void archive() const;
 
     /// The last twenty, the latest first.
@@ -89,7 +90,7 @@ private:
     QString inFolder(const char *name) const { return folder + QLatin1Char('/') + QLatin1String(name); }
     QString journalPath() const { return inFolder("journal.json"); }
     QString markPath(ChangeState state) const;
-    QString journalPathOf(const QString &id) const;
+    QStringList journalPaths() const;
     QString keptPath() const { return inFolder("kept.json"); }
     QString recordPath() const { return inFolder("state.json"); }
     QString historyPath() const { return inFolder("history"); }
