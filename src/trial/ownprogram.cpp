@@ -65,8 +65,8 @@ public:
     void giveNothingFrom(int first) { ::posix_spawn_file_actions_addclosefrom_np(&actions, first); }
 
     pid_t start(const QStringList &arguments) const {
-        const QByteArray program =
-            QFile::encodeName(qEnvironmentVariable("QUENDAR_CHANGE_PROGRAM", QCoreApplication::applicationFilePath()));
+        const QString named = qEnvironmentVariable("QUENDAR_CHANGE_PROGRAM");
+        const QByteArray program = QFile::encodeName(named.isEmpty() ? QCoreApplication::applicationFilePath() : named);
         std::vector<QByteArray> words{program};
         for (const QString &argument : arguments)
             words.push_back(QFile::encodeName(argument));

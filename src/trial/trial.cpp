@@ -242,7 +242,7 @@ void Trial::startPostActionIfDue() {
     storeIfPossible();
 }
 
-/// Only where it could be stored that it was started: otherwise it would be started again and again.
+/// The same, for one that may have been started: not while it could not be stored that it was.
 void Trial::resumePostAction() {
     if (change->isPostActionDue() && storeIfPossible())
         startPostActionIfDue();
