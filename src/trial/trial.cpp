@@ -6,11 +6,10 @@
 #include "planning/planningclient.h"
 #include "planning/restoration.h"
 #include "registry/viewpaths.h"
-#include "stages/applysection.h"
 #include "stages/postaction.h"
 #include "trial/check.h"
 #include "trial/guard.h"
-#include "trial/sectionapplier.h"
+#include "trial/sectionrun.h"
 
 #include <QtCore/QCryptographicHash>
 
@@ -36,14 +35,6 @@ QString newId(int number) {
     return QStringLiteral("%1-%2").arg(QString::number(number), QUuid::createUuid().toString(QUuid::Id128).left(6));
 }
 
-/// What the apply side has left in @p file since it was replaced; nothing where it asks for nothing.
-std::optional<ChangeRecord::PostAction> takePostAction(const PostActionFile &file, bool isRestartHeldBack) {
-    const QString line = file.read(printWarning);
-    file.remove();
-    const QString command = postActionCommand(line, isRestartHeldBack, qEnvironmentVariableIsSet("DISPLAY"));
-    return line.isEmpty() ? std::nullopt : std::optional(ChangeRecord::PostAction{line, command});
-}
-
 /// Those of the change, in its order, and the others in which something differs.
 QStringList sectionsToPutBack(const ChangeRecord &record, const ChangeSet &changes) {
     QStringList sections = record.sections;
@@ -63,14 +54,12 @@ QString notApplied(const QStringList &sections) {
 } // namespace
 
 Trial::Trial(const StateFolder &stateFolder, const FileLock &held, TrialObserver &watcher)
-    : folder(stateFolder), lock(held), observer(watcher), change(folder.record()) {
-    folder.removeUnfinished();
-}
+    : folder(stateFolder), lock(held), observer(watcher), change(folder) {}
 
 bool Trial::import(const ChangeRequest &request) {
     if (change && folder.isMarked())
-        store();
-    change.reset();
+        change.store();
+    change.replace(std::nullopt);
     std::optional<PlanningClient> client;
     if (!prepare(request, client))
         return false;
@@ -117,10 +106,10 @@ bool Trial::prepareOnce(const ChangeRequest &request, PlanningClient &client) {
     change->counts = countsOf(plan);
     change->sections = sections;
     folder.writeJournal(change->id, plan.changes);
-    store();
+    change.store();
     if (isFirst) {
         requireGuard(folder, change->id);
-        observer.begun(*change);
+        observer.begun(*change.value());
     }
     requireUntouched(plan.changes);
     return true;
@@ -128,7 +117,7 @@ bool Trial::prepareOnce(const ChangeRequest &request, PlanningClient &client) {
 
 void Trial::begin(const ChangeRequest &request) {
     folder.archive();
-    change.emplace();
+    change.replace(ChangeRecord());
     change->number = folder.lastNumber() + 1;
     change->id = newId(change->number);
     change->origin = request.origin;
@@ -163,7 +152,7 @@ void Trial::abandon(const QString &reason) {
         return;
     change->reason = reason;
     try {
-        end(ChangeState::Failed);
+        change.end(ChangeState::Failed);
     } catch (const Error &) {
         change->state = ChangeState::Failed; // the guard, which finds it planned, comes to the same
     }
@@ -174,11 +163,10 @@ QString Trial::apply() {
     try {
         change->isCommitted = true;
         change->state = ChangeState::Applying;
-        store();
-        PostActionFile postAction;
-        postAction.replace();
-        applySections(change->sections, change->results, AtFailure::Stop);
-        change->postAction = takePostAction(postAction, change->isRestartHeldBack);
+        change.store();
+        SectionRun run(change, lock, observer);
+        run.apply(change->sections, change->results, SectionRun::AtFailure::Stop);
+        change->postAction = run.takePostAction();
         const QStringList failed = unapplied(change->results);
         if (!failed.isEmpty())
             return notApplied(failed);
@@ -189,46 +177,17 @@ QString Trial::apply() {
     }
 }
 
-void Trial::applySections(const QStringList &sections, QVector<SectionResult> &results, AtFailure atFailure) {
-    SectionApplier applier(lock.descriptor(), change->applyLimit);
-    for (int i = 0; i < sections.size(); ++i) {
-        const BootMoment start = BootMoment::now();
-        const auto tell = [&] {
-            const auto elapsed = std::chrono::floor<seconds>(BootMoment::now().time - start.time);
-            observer.applying(i + 1, sections.size(), sections.at(i), elapsed);
-            return true;
-        };
-        tell();
-        results.append(applier.apply(sections.at(i), change->trigger(i), tell));
-        if (atFailure == AtFailure::GoOn) {
-            storeIfPossible();
-            continue;
-        }
-        store();
-        if (results.last().outcome != SectionResult::Applied)
-            break;
-    }
-    observer.applied();
-}
-
-/// Removes what a killed process, or a registry that was full, has left of the sections that were applied.
-void Trial::withdrawApplies() const {
-    TessaroClient client;
-    for (int i = 0; i < change->usedTriggers(); ++i)
-        withdrawApply(client, change->trigger(i));
-}
-
 void Trial::wait() {
     change->elapsed = {};
     change->moment = BootMoment::now();
     const bool isKept = !change->confirmWithin && !change->check;
     if (isKept) {
-        end(ChangeState::Confirmed);
+        change.end(ChangeState::Confirmed);
     } else {
         change->isRestartAwaited =
             change->postAction && isRestart(change->postAction->line, change->postAction->command);
         change->state = ChangeState::Trying;
-        store();
+        change.store();
     }
     startPostActionIfDue();
 }
@@ -239,12 +198,12 @@ void Trial::startPostActionIfDue() {
         return;
     startPostAction(change->postAction->command, Streams::None);
     change->postAction->isStarted = true;
-    storeIfPossible();
+    change.storeIfPossible();
 }
 
 /// The same, for one that may have been started: not while it could not be stored that it was.
 void Trial::resumePostAction() {
-    if (change->isPostActionDue() && storeIfPossible())
+    if (change->isPostActionDue() && change.storeIfPossible())
         startPostActionIfDue();
 }
 
@@ -265,21 +224,21 @@ void Trial::check() {
     }
     change->check->isPassed = true;
     if (change->confirmWithin)
-        store();
+        change.store();
     else
         confirm();
 }
 
 void Trial::keepTime() {
     if (isOpen() && change->elapsedAt(BootMoment::now()) - change->elapsed >= timeKeeping)
-        storeIfPossible();
+        change.storeIfPossible();
 }
 
 void Trial::confirm() {
     if (standsAsBefore())
         putBack(QStringLiteral("all that it changed stands as before already"));
     else
-        end(ChangeState::Confirmed);
+        change.end(ChangeState::Confirmed);
 }
 
 /// Somebody has put everything back, perhaps a process that could not store that.
@@ -310,8 +269,8 @@ void Trial::resume() {
     case ChangeState::Failed:
         if (!change->ended.isValid()) // only a name told of it
             change->ended = QDateTime::currentDateTimeUtc();
-        if (!folder.isMarked() || storeIfPossible())
-            tidyUp();
+        if (!folder.isMarked() || change.storeIfPossible())
+            change.tidyUp();
         resumePostAction();
         break;
     }
@@ -328,7 +287,7 @@ bool Trial::noteRestart() {
     if (change->isOpen() || change->isPostActionDue()) {
         if (change->postAction)
             change->postAction->isStarted = true;
-        storeIfPossible();
+        change.storeIfPossible();
     }
     return !wasAskedFor;
 }
@@ -352,10 +311,10 @@ void Trial::putBack(const QString &reason) {
         change->state = ChangeState::Reverting; // what a check says later does not keep it
         change->isRestartAwaited = false;
         change->problem = error.message();
-        noteReverting();
+        change.noteReverting();
         throw;
     }
-    noteReverted();
+    change.noteReverted();
     startPostActionIfDue();
 }
 
@@ -365,25 +324,24 @@ void Trial::restore() {
     TessaroClient client;
     const Restoration restoration =
         restorationOf(changes, client, change->isForced ? Conflicts::Overwritten : Conflicts::LeftAlone);
-    withdrawApplies();
+    withdrawApplies(*change.value());
     change->isCommitted = change->isCommitted || restoration.isAnythingChanged;
     change->state = ChangeState::Reverting;
     change->isRestartAwaited = false;
     change->postAction.reset();
     change->putBackResults.clear();
     change->triggers = QUuid::createUuid(); // others each time: an ended process's service may still use those before
-    noteReverting();
+    change.noteReverting();
 
     writeSide(client, restoration.changes, &Change::before);
     const int status = client.commit(viewRoot());
     require(status == 0, TessaroError(viewRoot(), status));
     change->conflicts = restoration.conflicts;
     if (change->isCommitted) {
-        PostActionFile postAction;
-        postAction.replace();
-        applySections(sectionsToPutBack(*change, changes), change->putBackResults, AtFailure::GoOn);
-        change->postAction = takePostAction(postAction, change->isRestartHeldBack);
-        withdrawApplies();
+        SectionRun run(change, lock, observer);
+        run.apply(sectionsToPutBack(*change.value(), changes), change->putBackResults, SectionRun::AtFailure::GoOn);
+        change->postAction = run.takePostAction();
+        withdrawApplies(*change.value());
     }
     change->problem = QString();
 }
@@ -398,69 +356,12 @@ void Trial::putBackByCommand() {
 void Trial::reopen(const ChangeRecord &kept) {
     if (!change || change->id != kept.id)
         folder.archive();
-    change = kept;
+    change.replace(kept);
     change->state = ChangeState::Reverting;
     change->reason = byCommand();
     change->ended = QDateTime();
-    store();
+    change.store();
     requireGuard(folder, change->id);
-}
-
-/// Where it cannot be noted, it is put back all the same.
-void Trial::noteReverting() {
-    if (!storeIfPossible())
-        markIfPossible();
-}
-
-/// Where it cannot be noted, the next command puts it back once more; a guard would have its sections applied for ever.
-void Trial::noteReverted() {
-    try {
-        end(ChangeState::Reverted);
-    } catch (const Error &) {
-        change->state = ChangeState::Reverted;
-        markIfPossible();
-    }
-}
-
-/// On a full disk only a name can be changed.
-void Trial::markIfPossible() const {
-    try {
-        folder.mark(change->id, change->state);
-    } catch (const Error &) { // NOLINT(bugprone-empty-catch)
-    }
-}
-
-void Trial::end(ChangeState state) {
-    ChangeRecord ended = *change;
-    ended.state = state;
-    ended.ended = QDateTime::currentDateTimeUtc();
-    ended.passTo(BootMoment::now());
-    folder.write(ended);
-    change = ended;
-    tidyUp();
-}
-
-/// What cannot be removed now, the next command removes.
-void Trial::tidyUp() const {
-    try {
-        folder.tidyUp(*change);
-    } catch (const Error &) { // NOLINT(bugprone-empty-catch)
-    }
-}
-
-void Trial::store() {
-    change->passTo(BootMoment::now());
-    folder.write(*change);
-}
-
-/// Where all can be done without it, and is done again if this process ends before it is stored.
-bool Trial::storeIfPossible() {
-    try {
-        store();
-    } catch (const Error &) {
-        return false;
-    }
-    return true;
 }
 
 } // namespace quendar
