@@ -1,45 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "support/device.h"
+#include "sweeps/comparison.h"
 #include "sweeps/madeupdocument.h"
 #include "sweeps/madeupregistry.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QUuid>
 #include <QtTest/QtTest>
 
 namespace {
 
-/// By path: a key's text, or an empty object for a directory.
-using Nodes = QMap<QString, QJsonValue>;
-
 const QLatin1Char slash('/');
 const QString other = QStringLiteral("other.json");
 const QByteArray import = "quendarsettings -settings f -set all";
-
-QJsonObject parsed(QByteArray json) {
-    return QJsonDocument::fromJson(json.replace("\xEF\xBB\xBF", "\\ufeff")).object(); // the parser would drop it
-}
-
-void addNodes(Nodes &nodes, const QString &path, const QJsonValue &node) {
-    nodes.insert(path, node.isString() ? node : QJsonObject());
-    const QJsonObject directory = node.toObject();
-    for (auto entry = directory.begin(); entry != directory.end(); ++entry)
-        addNodes(nodes, path + slash + entry.key(), *entry);
-}
-
-QStringList texts(const QJsonValue &array) {
-    QStringList all;
-    for (const auto &text : array.toArray())
-        all.append(text.toString());
-    return all;
-}
-
-QString word(const QJsonObject &object, const char *name) {
-    return object.value(QLatin1String(name)).toVariant().toString();
-}
 
 /// A device over the library that the programs were built with, or over one of another make.
 class SweptDevice {
@@ -65,11 +40,7 @@ public:
     QByteArray file() const { return device.read(fileName()); }
     void putBack(const QByteArray &bytes) const { device.write(fileName(), bytes); }
 
-    Nodes nodes() const {
-        Nodes all;
-        addNodes(all, QString(), parsed(hasOtherLibrary ? file() : device.dump()));
-        return all;
-    }
+    Nodes nodes() const { return nodesOf(hasOtherLibrary ? file() : device.dump()); }
 
     /// The names of the sections that were applied since it was last asked.
     QStringList applied() const {
@@ -86,69 +57,6 @@ private:
 
     const bool hasOtherLibrary;
 };
-
-/// Compares what was said of an import with what has come of it, and collects where they differ. An id that the import
-/// has made up is another each time: one that stands neither in the registry nor in the document.
-class Comparison {
-public:
-    explicit Comparison(const QByteArray &knownTexts) : known(QString::fromUtf8(knownTexts).toLower()) {}
-
-    void demand(bool holds, const QString &otherwise) {
-        if (!holds)
-            wrong.append(otherwise);
-    }
-
-    /// In any order.
-    void compare(const char *what, QStringList said, QStringList found) {
-        said = comparable(said);
-        found = comparable(found);
-        said.sort();
-        found.sort();
-        compareOrdered(what, said, found);
-    }
-
-    void compareOrdered(const char *what, const QStringList &said, const QStringList &found) {
-        if (said == found)
-            return;
-        wrong.append(QLatin1String(what));
-        for (const QString &line : said)
-            if (said.count(line) > found.count(line))
-                wrong.append(QStringLiteral("  only said: ") + line);
-        for (const QString &line : found)
-            if (found.count(line) > said.count(line))
-                wrong.append(QStringLiteral("  only found: ") + line);
-    }
-
-    bool isMadeUp(const QString &id) const {
-        return uuid.match(id).hasMatch() && !known.contains(uuid.match(id).captured().toLower());
-    }
-
-    QStringList wrong;
-
-private:
-    QStringList comparable(QStringList lines) const {
-        for (QString &line : lines) {
-            auto found = uuid.match(line);
-            while (found.hasMatch()) {
-                const bool isUnknown = isMadeUp(found.captured());
-                if (isUnknown)
-                    line.replace(found.captured(), QStringLiteral("made up"));
-                found = uuid.match(line, isUnknown ? found.capturedStart() : found.capturedEnd());
-            }
-        }
-        return lines;
-    }
-
-    const QRegularExpression uuid{QStringLiteral("[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}")};
-    const QString known;
-};
-
-QStringList linesOf(const Nodes &nodes) {
-    QStringList lines;
-    for (auto node = nodes.cbegin(); node != nodes.cend(); ++node)
-        lines.append(node->isString() ? node.key() + QStringLiteral(" = ") + node->toString() : node.key());
-    return lines;
-}
 
 QStringList linesOf(const QByteArray &text) {
     return QString::fromUtf8(text).split(QLatin1Char('\n'));
