@@ -68,6 +68,7 @@ void announce(const FileLock &lock, const QString &id) {
         throwSystemError("write", QStringLiteral("the guard's lock"));
 }
 
+/// A guard's looks at its change.
 class Watch {
 public:
     Watch(const StateFolder &stateFolder, const QString &watched)
