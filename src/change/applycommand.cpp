@@ -2,6 +2,7 @@
 #include "change/applycommand.h"
 
 #include "change/changeoutput.h"
+#include "change/conclusion.h"
 #include "change/detachment.h"
 #include "change/exitstatus.h"
 #include "change/failure.h"
@@ -9,11 +10,9 @@
 #include "change/origin.h"
 #include "change/progress.h"
 #include "change/standardstreams.h"
-#include "report/error.h"
-#include "trial/guard.h"
-#include "trial/trial.h"
 
 #include <chrono>
+#include <variant>
 
 namespace quendar {
 
@@ -28,7 +27,7 @@ constexpr std::chrono::seconds usualApplyLimit = 10min;
 constexpr std::chrono::milliseconds lockPatience = 500ms;
 
 /// Shows how the change goes on, as long as somebody looks.
-class ShownTrial : public TrialObserver {
+class ShownTrial : public ShownProgress {
 public:
     ShownTrial(const CommandLine &given, const StateFolder &stateFolder, std::optional<Detachment> &detached)
         : commandLine(given), folder(stateFolder), detachment(detached), masking(Secrets::ofDevice(), false) {}
@@ -44,12 +43,6 @@ public:
         detachment->letCallerGo();
     }
 
-    void applying(int number, int count, const QString &section, std::chrono::seconds elapsed) override {
-        progress.show(number, count, section, elapsed);
-    }
-
-    void applied() override { progress.clear(); }
-
     void printWarnings() const {
         for (const Warning &warning : warnings)
             printWarning(masking.shown(warning));
@@ -61,7 +54,6 @@ private:
     std::optional<Detachment> &detachment;
     const Masking masking;
     QVector<Warning> warnings;
-    Progress progress;
 };
 
 ChangeRequest requestOf(const CommandLine &commandLine) {
@@ -79,18 +71,18 @@ ChangeRequest requestOf(const CommandLine &commandLine) {
     return request;
 }
 
-int refuse(const CommandLine &commandLine, const QString &message, const QString &open) {
-    printFailure(commandLine, message, open);
-    return exitstatus::otherOpen;
-}
+/// Nothing is done, since another change is open.
+struct Refusal {
+    QString message;
+    QString open; ///< its id; empty where that is not known
+};
 
-int refuseBecauseOpen(const CommandLine &commandLine, const std::optional<ChangeRecord> &other) {
+Refusal refusalBecauseOf(const std::optional<ChangeRecord> &other) {
     if (!other || !other->isOpen())
-        return refuse(commandLine, QStringLiteral("another change is being made"), {});
-    return refuse(
-        commandLine,
+        return {QStringLiteral("another change is being made"), {}};
+    return {
         QStringLiteral("the change %1 is open (%2): see quendar-change status").arg(other->id, nameOf(other->state)),
-        other->id);
+        other->id};
 }
 
 int statusAfter(const ChangeRecord &record) {
@@ -99,50 +91,39 @@ int statusAfter(const ChangeRecord &record) {
     return record.isOpen() && record.state != ChangeState::Trying ? exitstatus::unfinished : exitstatus::done;
 }
 
-/// Ends what an earlier change has left open; a caller who is not to be held leaves that to the guard. Returns the exit
-/// status where there was anything.
-std::optional<int> endEarlierChange(const CommandLine &commandLine, Trial &trial, const StateFolder &folder) {
+/// Ends what an earlier change has left open; a caller who is not to be held leaves that to the guard. Returns why
+/// there can be no other change now.
+std::optional<Refusal> endEarlierChange(const CommandLine &commandLine, Trial &trial, const StateFolder &folder) {
     const bool wasOpen = trial.isOpen();
-    if (!wasOpen || !commandLine.has(option::detach))
-        trial.resume();
-    if (trial.isOpen()) {
-        requireGuard(folder, trial.record()->id);
-        return refuseBecauseOpen(commandLine, trial.record());
-    }
+    stepOrLeaveToGuard(trial, folder, [&] {
+        if (!wasOpen || !commandLine.has(option::detach))
+            trial.resume();
+    });
+    if (trial.isOpen())
+        return refusalBecauseOf(trial.record());
     if (!wasOpen)
         return std::nullopt;
-    return refuse(commandLine,
-                  QStringLiteral("the change %1 was interrupted, and has been put back now; give the command again")
-                      .arg(trial.record()->id),
-                  {});
+    return Refusal{QStringLiteral("the change %1 was interrupted, and has been put back now; give the command again")
+                       .arg(trial.record()->id),
+                   {}};
 }
 
-int import(const CommandLine &commandLine, const ChangeRequest &request, std::optional<Detachment> &detachment) {
-    const StateFolder folder;
-    folder.make();
+struct NothingToDo {};
+
+std::variant<Conclusion, Refusal, NothingToDo> import(const CommandLine &commandLine, const ChangeRequest &request,
+                                                      ShownTrial &shown, const StateFolder &folder) {
     const std::optional<FileLock> lock = FileLock::tried(folder.lockPath(), lockPatience);
     if (!lock)
-        return refuseBecauseOpen(commandLine, folder.record());
-
-    ShownTrial shown(commandLine, folder, detachment);
+        return refusalBecauseOf(folder.record());
     Trial trial(folder, *lock, shown);
-    const std::optional<int> refused = endEarlierChange(commandLine, trial, folder);
-    if (refused)
-        return *refused;
-    try {
-        if (!trial.import(request)) {
-            shown.printWarnings();
-            printNoChange(commandLine, "Nothing to do");
-            return exitstatus::done;
-        }
-    } catch (const Error &error) {
-        if (!trial.isOpen())
-            throw;
-        printError(error.message()); // the guard goes on
-    }
-    if (!detachment || !detachment->isCallerGone())
-        printOutcome(commandLine, statusOf(*trial.record(), folder));
-    return statusAfter(*trial.record());
+    const std::optional<Refusal> refusal = endEarlierChange(commandLine, trial, folder);
+    if (refusal)
+        return *refusal;
+    bool isAnythingDone = true;
+    const QString error = stepOrLeaveToGuard(trial, folder, [&] { isAnythingDone = trial.import(request); });
+    if (!isAnythingDone)
+        return NothingToDo();
+    return Conclusion{*trial.record(), statusAfter(*trial.record()), error};
 }
 
 } // namespace
@@ -151,7 +132,23 @@ int runApply(const CommandLine &commandLine) {
     std::optional<Detachment> detachment;
     if (commandLine.has(option::detach))
         detachment.emplace();
-    return import(commandLine, requestOf(commandLine), detachment);
+    const ChangeRequest request = requestOf(commandLine);
+    const StateFolder folder;
+    folder.make();
+    ShownTrial shown(commandLine, folder, detachment);
+    const auto result = import(commandLine, request, shown, folder);
+    if (const auto *const refusal = std::get_if<Refusal>(&result)) {
+        printFailure(commandLine, refusal->message, refusal->open);
+        return exitstatus::otherOpen;
+    }
+    if (std::holds_alternative<NothingToDo>(result)) {
+        shown.printWarnings();
+        printNoChange(commandLine, "Nothing to do");
+        return exitstatus::done;
+    }
+    const Conclusion conclusion = std::get<Conclusion>(result);
+    return detachment && detachment->isCallerGone() ? conclusion.status
+                                                    : printConclusion(commandLine, conclusion, folder);
 }
 
 } // namespace quendar

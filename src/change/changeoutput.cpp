@@ -2,10 +2,8 @@
 #include "change/changeoutput.h"
 
 #include "change/changetext.h"
-#include "change/failure.h"
 #include "change/json.h"
 #include "change/standardstreams.h"
-#include "report/error.h"
 
 namespace quendar {
 
@@ -22,14 +20,6 @@ void printHistory(const CommandLine &commandLine, const QVector<ChangeStatus> &s
 
 void printNoChange(const CommandLine &commandLine, const char *sentence) {
     print(commandLine.has(option::json) ? noChangeJson() : QByteArray(sentence) + '\n');
-}
-
-void printOutcome(const CommandLine &commandLine, const ChangeStatus &status) {
-    try {
-        printChange(commandLine, status);
-    } catch (const Error &error) {
-        printError(error.message());
-    }
 }
 
 } // namespace quendar

@@ -15,7 +15,6 @@ void printHistory(const CommandLine &commandLine, const QVector<ChangeStatus> &s
 /// @p sentence says to people why there is none.
 void printNoChange(const CommandLine &commandLine, const char *sentence);
 
-/// As `printChange`; an Error is said on standard error, since the exit status has to tell of the change itself.
-void printOutcome(const CommandLine &commandLine, const ChangeStatus &status);
+inline constexpr char noChangeYet[] = "No change was made here yet";
 
 } // namespace quendar

@@ -129,7 +129,9 @@ QByteArray changeText(const ChangeStatus &status) {
         text += QStringLiteral("Applied again:\n") + resultsText(record.putBackResults);
     text += conflictsText(status);
     if (!record.problem.isNull())
-        text += QStringLiteral("Not put back yet: %1\n").arg(readable(record.problem));
+        text += (record.state == ChangeState::Trying ? QStringLiteral("Cannot be put back: %1\n")
+                                                     : QStringLiteral("Not put back yet: %1\n"))
+                    .arg(readable(record.problem));
     if (record.isOpen() && !status.isWatched)
         text += QStringLiteral("Nobody watches it: quendar-change resume goes on with it\n");
     return text.toUtf8();

@@ -23,7 +23,7 @@ namespace {
     } while (size < 0 && errno == EINTR);
     if (size == 1)
         ::_exit(exitstatus::done);
-    int status = 0;
+    int status = -1; // also where nobody is told of it
     while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
     ::_exit(WIFEXITED(status) ? WEXITSTATUS(status) : exitstatus::failed);

@@ -1,19 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "change/applycommand.h"
 #include "change/commandline.h"
-#include "change/endingcommands.h"
+#include "change/confirmcommand.h"
 #include "change/exitstatus.h"
 #include "change/failure.h"
 #include "change/plancommand.h"
 #include "change/redactcommand.h"
+#include "change/resumecommand.h"
+#include "change/revertcommand.h"
 #include "change/standardstreams.h"
+#include "change/statuscommand.h"
 #include "change/verifycommand.h"
 #include "engine/application.h"
 #include "report/error.h"
+#include "trial/changestatus.h"
 #include "trial/check.h"
 #include "trial/guard.h"
 #include "trial/sectionapplier.h"
 
+#include <csignal>
 #include <cstdio>
 
 using namespace quendar;
@@ -42,10 +47,13 @@ std::optional<int> runOwnJob(const QStringList &arguments) {
     if (job == QLatin1String("apply-sections"))
         return runApplySections(limit);
     if (job == QLatin1String("run-check"))
-        return runCheck(arguments.value(3), limit);
-    if (job != QLatin1String("guard"))
+        runCheck(arguments.value(3), limit);
+    if (job == QLatin1String("list-conflicts"))
+        listConflicts(StateFolder(), arguments.value(2));
+    else if (job == QLatin1String("guard"))
+        guardChange(StateFolder());
+    else
         return std::nullopt;
-    guardChange(StateFolder());
     return exitstatus::done;
 }
 
@@ -72,6 +80,15 @@ int answer(const Answer &answered) {
     }
 }
 
+/// Undoes what a caller may have set that all who start processes and alarms rely on.
+void takeUsualSignals() {
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    std::signal(SIGCHLD, SIG_DFL);
+    std::signal(SIGALRM, SIG_DFL);
+}
+
 int run(const QStringList &arguments) {
     try {
         if (const std::optional<int> status = runOwnJob(arguments))
@@ -88,6 +105,7 @@ int run(const QStringList &arguments) {
 } // namespace
 
 int main(int argc, char *argv[]) {
+    takeUsualSignals();
     secureStandardStreams();
     Application application(argc, argv);
     application.end(run(QCoreApplication::arguments()));

@@ -4,6 +4,7 @@
 #include "change/readable.h"
 
 #include <cstdio>
+#include <poll.h>
 #include <unistd.h>
 
 namespace quendar {
@@ -11,14 +12,17 @@ namespace quendar {
 namespace {
 
 void write(const QString &text) {
-    std::fputs(text.toLocal8Bit().constData(), stderr);
+    pollfd stream{STDERR_FILENO, POLLOUT, 0};
+    if (::poll(&stream, 1, 0) > 0)
+        std::fputs(text.toLocal8Bit().constData(), stderr);
 }
 
 } // namespace
 
-Progress::Progress() : isOnTerminal(::isatty(STDERR_FILENO) != 0 && qgetenv("TERM") != QByteArrayLiteral("dumb")) {}
+ShownProgress::ShownProgress()
+    : isOnTerminal(::isatty(STDERR_FILENO) != 0 && qgetenv("TERM") != QByteArrayLiteral("dumb")) {}
 
-void Progress::show(int number, int count, const QString &section, std::chrono::seconds elapsed) {
+void ShownProgress::applying(int number, int count, const QString &section, std::chrono::seconds elapsed) {
     const QString text =
         QStringLiteral("applying %1 of %2: %3").arg(QString::number(number), QString::number(count), readable(section));
     if (isOnTerminal)
@@ -28,7 +32,7 @@ void Progress::show(int number, int count, const QString &section, std::chrono::
     lastNumber = number;
 }
 
-void Progress::clear() const {
+void ShownProgress::applied() {
     if (isOnTerminal)
         write(QStringLiteral("\r\x1b[K"));
 }

@@ -41,6 +41,7 @@ void print(const QByteArray &text) {
 
 void ignoreStopKey() {
     std::signal(SIGTSTP, [](int) {}); // what is ignored would be so in the programs that are started as well
+    std::signal(SIGTTOU, SIG_IGN);    // nor does a terminal that takes nothing from the background
 }
 
 bool isColoured() {

@@ -17,8 +17,8 @@ QByteArray readDocumentAt(const QString &path);
 /// Writes @p text to standard output. Throws Error when not all of it could be written.
 void print(const QByteArray &text);
 
-/// From now on the terminal's key does not stop this process: who holds a change must not be stopped, since it would
-/// neither be kept nor put back. What this process starts can be.
+/// From now on the terminal does not stop this process, by its key or because it is in the background: who holds a
+/// change must not be stopped, since it would neither be kept nor put back. What this process starts can be.
 void ignoreStopKey();
 
 /// Whether colours may be used there: on a terminal, unless NO_COLOR is set.

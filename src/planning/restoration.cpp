@@ -44,11 +44,12 @@ public:
         conflicts.clear();
     }
 
-    /// What lies below a key that somebody has put where a directory was cannot come back.
-    void leaveWhatHasNoPlace() {
+    /// What lies below a key that somebody has put where a directory was cannot come back, and in a directory that
+    /// somebody has deleted, only by force.
+    void leaveWhatHasNoPlace(Conflicts rule) {
         for (auto path = changed.begin(); path != changed.end();) {
             const bool isMissing = !changes.byPath().value(*path).before.isAbsent() && !isStanding(client, *path);
-            const bool isLost = isMissing && !hasPlace(*path);
+            const bool isLost = isMissing && !hasPlace(*path, rule);
             if (isLost)
                 conflicts.insert(*path);
             path = isLost ? changed.erase(path) : std::next(path);
@@ -95,11 +96,11 @@ private:
         }
     }
 
-    bool hasPlace(const QString &path) const {
+    bool hasPlace(const QString &path, Conflicts rule) const {
         for (ViewKey above = ViewKey(path).parent(); !above.isEmpty() && changed.count(above) == 0;
              above = above.parent()) {
             const Node node = readNode(client, above);
-            if (!node.isAbsent())
+            if (!node.isAbsent() || rule == Conflicts::LeftAlone)
                 return node.isDirectory();
         }
         return true;
@@ -132,7 +133,7 @@ Restoration restorationOf(const ChangeSet &changes, TessaroClient &client, Confl
         decision.overwriteOthers();
     else
         decision.leaveOthersAlone();
-    decision.leaveWhatHasNoPlace();
+    decision.leaveWhatHasNoPlace(conflicts);
     return decision.result();
 }
 

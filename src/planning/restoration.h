@@ -19,7 +19,8 @@ struct Restoration {
 
 /// What is to be put back of @p changes, by what @p client sees. A path that stands as the change has left it is; one
 /// that stands as before needs nothing; at any other, somebody has written since. A directory that the change made is
-/// put back only when nothing of others is in it. Throws TessaroError when the registry fails.
+/// put back only when nothing of others is in it, and what it deleted only while its directory is there. Throws
+/// TessaroError when the registry fails.
 Restoration restorationOf(const ChangeSet &changes, TessaroClient &client, Conflicts conflicts);
 
 /// Writes @p side of each of @p changes, pending in @p client. A directory that is made for it has nothing else in it.

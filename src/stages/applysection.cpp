@@ -59,10 +59,10 @@ ApplyResult applySection(TessaroClient &client, const QString &sectionKey, const
 }
 
 void withdrawApply(TessaroClient &client, const QString &trigger) {
-    if (client.contains(trigger) == 0) {
-        client.del(trigger);
-        client.commit(trigger);
-    }
+    if (client.contains(trigger) != 0)
+        return;
+    client.del(trigger);
+    client.commit(trigger);
     const QSystemSemaphore owned(trigger, 0, QSystemSemaphore::Create); // its owner removes it
 }
 

@@ -101,7 +101,7 @@ struct ChangeRecord {
     int restarts = 0;
     bool isRestartAwaited = false;
 
-    bool isOpen() const { return state < ChangeState::Confirmed && state >= ChangeState::Planned; }
+    bool isOpen() const { return state < ChangeState::Confirmed; }
     bool isCheckDue() const { return check && !check->isPassed && !isRestartAwaited; }
 
     /// Whether nothing but a confirmation is missing.
@@ -114,7 +114,7 @@ struct ChangeRecord {
     QString trigger(int index) const;
 
     /// How many of these paths may have been used.
-    int usedTriggers() const { return (state == ChangeState::Reverting ? putBackResults : results).size() + 1; }
+    int usedTriggers() const { return qMax(results.size(), putBackResults.size()) + 1; }
 
     /// What has gone by since it began to wait; of a restart meanwhile, the time that the device was off is not known.
     std::chrono::milliseconds elapsedAt(const BootMoment &now) const;

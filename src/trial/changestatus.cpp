@@ -4,23 +4,48 @@
 #include "planning/restoration.h"
 #include "report/error.h"
 #include "trial/guard.h"
+#include "trial/ownprogram.h"
 
 #include <tessaroclient.h>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
 
 namespace quendar {
 
 namespace {
 
-/// Those that there would be if the change that waits were put back now.
-std::optional<QStringList> conflictsNow(const ChangeRecord &record, const StateFolder &folder) {
+/// A registry answers in milliseconds, unless somebody holds it.
+constexpr std::chrono::seconds patience(1);
+
+std::optional<QByteArray> listedConflicts(const QString &id) {
     try {
-        TessaroClient client;
-        const std::optional<ChangeSet> changes = folder.journalOf(record.id);
-        if (changes)
-            return restorationOf(*changes, client, Conflicts::LeftAlone).conflicts;
-    } catch (const Error &) { // NOLINT(bugprone-empty-catch): all else is still worth telling
+        HelperProcess helper({QStringLiteral("list-conflicts"), id});
+        return helper.ask({}, patience, [] { return true; });
+    } catch (const Error &) { // all else is still worth telling
+        return std::nullopt;
     }
-    return std::nullopt;
+}
+
+/// Those that there would be if the change that waits were put back now.
+std::optional<QStringList> conflictsNow(const QString &id) {
+    const std::optional<QByteArray> answer = listedConflicts(id);
+    if (!answer)
+        return std::nullopt;
+    QStringList paths;
+    for (const auto &path : QJsonDocument::fromJson(*answer).array())
+        paths.append(path.toString());
+    return paths;
+}
+
+/// Why it could not be put back; null where nothing is known to be in the way.
+QString problemOf(const ChangeRecord &record, const StateFolder &folder) {
+    try {
+        folder.requireJournalOf(record.id);
+    } catch (const Error &error) {
+        return error.message();
+    }
+    return record.problem;
 }
 
 } // namespace
@@ -30,9 +55,20 @@ ChangeStatus statusOf(const ChangeRecord &record, const StateFolder &folder) {
     ChangeStatus status{record, std::nullopt, record.isOpen() && isGuarded(folder, record.id), record.conflicts};
     if (isWaiting) {
         status.remaining = record.remainingAt(BootMoment::now());
-        status.conflicts = conflictsNow(record, folder);
+        status.conflicts = conflictsNow(record.id);
+        status.record.problem = problemOf(record, folder);
     }
     return status;
+}
+
+void listConflicts(const StateFolder &folder, const QString &id) {
+    HelperTask task;
+    try {
+        TessaroClient client;
+        const Restoration restoration = restorationOf(folder.requireJournalOf(id), client, Conflicts::LeftAlone);
+        task.answer(QJsonDocument(QJsonArray::fromStringList(restoration.conflicts)).toJson(QJsonDocument::Compact));
+    } catch (const Error &) { // NOLINT(bugprone-empty-catch): no answer says that it cannot be told
+    }
 }
 
 } // namespace quendar

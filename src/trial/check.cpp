@@ -3,6 +3,8 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -13,17 +15,13 @@ namespace {
 
 constexpr std::chrono::seconds pauseBetweenRuns(1);
 
-volatile sig_atomic_t running = 0; // the process group of the command
-
-[[noreturn]] void giveUp(int /*signal*/) {
-    if (running > 0)
-        ::kill(-running, SIGKILL);
-    ::_exit(1);
+/// Ends this process, which leads its group, and all that the command has started.
+[[noreturn]] void endGroup() {
+    ::kill(0, SIGKILL);
+    std::abort();
 }
 
 [[noreturn]] void becomeShell(const QByteArray &command) {
-    ::setpgid(0, 0);
-    std::signal(SIGPIPE, SIG_DFL);
     ::execl("/bin/sh", "sh", "-c", command.constData(), nullptr);
     ::_exit(127);
 }
@@ -32,14 +30,9 @@ bool hasSucceeded(const QByteArray &command) {
     const pid_t process = ::fork();
     if (process == 0)
         becomeShell(command);
-    if (process < 0)
-        return false;
-    ::setpgid(process, process); // whoever is first
-    running = process;
-    int status = 0;
-    while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
+    int status = -1;
+    while (process > 0 && ::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
-    running = 0;
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
@@ -47,17 +40,24 @@ bool hasSucceeded(const QByteArray &command) {
 
 bool passesCheck(const QString &command, std::chrono::seconds limit, int lock, const Tick &tick) {
     HelperProcess helper({QStringLiteral("run-check"), QString::number(limit.count()), command}, lock);
-    return helper.ask({}, tick).has_value();
+    const bool passes = helper.ask({}, limit, tick).has_value();
+    helper.killGroup();
+    return passes;
 }
 
-int runCheck(const QString &command, std::chrono::seconds limit) {
+void runCheck(const QString &command, std::chrono::seconds limit) {
+    ::setpgid(0, 0); // as it does already, unless a person has started it
     HelperTask task;
-    std::signal(SIGALRM, giveUp);
+    // in the same folder each time, whoever runs it
+    if (::chdir("/") != 0)
+        std::abort();
+    std::signal(SIGALRM, [](int) { endGroup(); });
+    ::prctl(PR_SET_PDEATHSIG, SIGALRM); // whoever goes on runs the command again
     ::alarm(unsigned(limit.count()));
     while (!hasSucceeded(command.toLocal8Bit()))
         std::this_thread::sleep_for(pauseBetweenRuns);
-    ::alarm(0);
-    return task.answer("passed") ? 0 : 1;
+    task.answer("passed");
+    endGroup();
 }
 
 } // namespace quendar

@@ -2,10 +2,10 @@
 #include "trial/durablefile.h"
 
 #include "report/error.h"
-#include "trial/descriptor.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 
 #include <cerrno>
@@ -32,12 +32,12 @@ QByteArray checksumOf(const QByteArray &text) {
 /// What a file holds: an object around the content.
 QByteArray fileTextOf(const QJsonObject &content) {
     const QByteArray text = textOf(content);
-    return "{\"format\":" + QByteArray::number(format) + ",\"sha256\":\"" + checksumOf(text) +
-           "\",\"content\":" + text + "}\n";
+    return R"({"format":)" + QByteArray::number(format) + R"(,"sha256":")" + checksumOf(text) + R"(","content":)" +
+           text + "}\n";
 }
 
 QString folderOf(const QString &path) {
-    return path.section(QLatin1Char('/'), 0, -2);
+    return QFileInfo(path).path();
 }
 
 void syncFolderOf(const QString &path) {
@@ -63,6 +63,8 @@ Error unusable(const QString &path, const char *reason, const char *advice) {
                      .arg(path, QString::fromLatin1(reason), QString::fromLatin1(advice)));
 }
 
+} // namespace
+
 void requireOwn(const Descriptor &file, const QString &path) {
     struct stat status = {};
     const bool isOwn = ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) &&
@@ -71,8 +73,6 @@ void requireOwn(const Descriptor &file, const QString &path) {
     require(isOwn, unusable(path, "it belongs to somebody else, or others may write it",
                             "find out who has put it there, then remove it"));
 }
-
-} // namespace
 
 void throwSystemError(const char *what, const QString &path) {
     throw Error(QStringLiteral("impossible to %1 %2: %3")
@@ -125,6 +125,13 @@ void renameDurably(const QString &from, const QString &to) {
     } else if (errno != ENOENT) {
         throwSystemError("write", to);
     }
+}
+
+void makeFolderDurably(const QString &path) {
+    if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0)
+        syncFolderOf(path);
+    else if (errno != EEXIST)
+        throwSystemError("make", path);
 }
 
 void removeDurably(const QString &path) {

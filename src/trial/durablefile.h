@@ -2,6 +2,8 @@
 /// Files that a power cut leaves whole.
 #pragma once
 
+#include "trial/descriptor.h"
+
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>
 
@@ -20,6 +22,14 @@ std::optional<QJsonObject> readDurable(const QString &path);
 /// Moves or removes a file, be it there or not. On the disk when this returns. Throws Error.
 void renameDurably(const QString &from, const QString &to);
 void removeDurably(const QString &path);
+
+/// Makes a folder that only this user can enter, unless something stands there already. On the disk when this returns.
+/// Throws Error.
+void makeFolderDurably(const QString &path);
+
+/// Throws Error, which says what to do, unless @p file, opened from @p path, is a regular file of this user or root
+/// that nobody else may write.
+void requireOwn(const Descriptor &file, const QString &path);
 
 /// The error of the last system call that failed at @p path: "impossible to WHAT PATH: REASON".
 [[noreturn]] void throwSystemError(const char *what, const QString &path);

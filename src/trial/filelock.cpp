@@ -19,9 +19,25 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds pause(10);
 
+Descriptor tryToOpen(const QString &path, int flags) {
+    return Descriptor(
+        ::open(QFile::encodeName(path).constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));
+}
+
+/// With @p flags; not open where there is none.
+Descriptor openedIfThere(const QString &path, int flags) {
+    Descriptor file = tryToOpen(path, flags);
+    if (!file.isOpen() && errno == EROFS) // a change is put back even so
+        file = tryToOpen(path, O_RDONLY);
+    if (!file.isOpen() && errno != ENOENT)
+        throwSystemError("open", path);
+    if (file.isOpen())
+        requireOwn(file, path);
+    return file;
+}
+
 Descriptor opened(const QString &path) {
-    Descriptor file(
-        ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    Descriptor file = openedIfThere(path, O_RDWR | O_CREAT);
     if (!file.isOpen())
         throwSystemError("open", path);
     return file;
@@ -58,7 +74,7 @@ std::optional<FileLock> FileLock::tried(const QString &path, std::chrono::millis
 }
 
 bool FileLock::isHeld(const QString &path) {
-    const Descriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+    const Descriptor file = openedIfThere(path, O_RDONLY);
     return file.isOpen() && !hasLocked(file, LOCK_SH | LOCK_NB);
 }
 

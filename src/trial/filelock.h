@@ -21,7 +21,7 @@ public:
     /// Nothing when somebody else has it all the time of @p limit. Throws likewise.
     static std::optional<FileLock> tried(const QString &path, std::chrono::milliseconds limit);
 
-    /// Whether somebody has it.
+    /// Whether somebody has it. Throws likewise.
     static bool isHeld(const QString &path);
 
     int descriptor() const { return file.number(); }

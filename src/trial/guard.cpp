@@ -27,6 +27,9 @@ using std::chrono::seconds;
 constexpr seconds startLimit(10);
 constexpr milliseconds startPause(5);
 
+/// While somebody else has the lock, the record is looked at this often.
+constexpr milliseconds lockPause(100);
+
 /// The time is looked at this often: a sleep does not count the time in which the device is suspended.
 constexpr milliseconds usualPause = seconds(1);
 
@@ -59,18 +62,40 @@ private:
 /// The file that a guard locks holds the id of the change that it watches.
 void announce(const FileLock &lock, const QString &id) {
     const QByteArray text = id.toUtf8();
-    if (::ftruncate(lock.descriptor(), 0) != 0 ||
-        ::pwrite(lock.descriptor(), text.constData(), std::size_t(text.size()), 0) < 0)
+    // over what is there, which a full disk allows
+    if (::pwrite(lock.descriptor(), text.constData(), std::size_t(text.size()), 0) < 0 ||
+        ::ftruncate(lock.descriptor(), text.size()) != 0)
         throwSystemError("write", QStringLiteral("the guard's lock"));
 }
 
-/// Goes on with the change @p id; false where nothing is left to do.
+/// A guard's looks at its change.
 class Watch {
 public:
-    Watch(const StateFolder &stateFolder, const QString &watched) : folder(stateFolder), id(watched) {}
+    Watch(const StateFolder &stateFolder, const QString &watched)
+        : folder(stateFolder), id(watched), changes(stateFolder.path()) {}
 
+    /// Goes on with the change; false where nothing is left to do.
     bool goOn() {
-        const FileLock lock = FileLock::waitedFor(folder.lockPath());
+        std::optional<FileLock> lock;
+        while (!(lock = FileLock::tried(folder.lockPath(), {}))) {
+            if (!isUnfinished()) // who has the lock makes the next change, and waits for this guard to end
+                return false;
+            std::this_thread::sleep_for(lockPause);
+        }
+        const bool isAnythingLeft = goOnAlone(*lock);
+        changes.forget(); // its own; those of others come when they have the lock
+        return isAnythingLeft;
+    }
+
+    void wait() const { changes.wait(pause); }
+
+private:
+    bool isUnfinished() const {
+        const std::optional<ChangeRecord> record = folder.record();
+        return record && record->id == id && (record->isOpen() || record->isPostActionDue());
+    }
+
+    bool goOnAlone(const FileLock &lock) {
         TrialObserver nobody;
         Trial trial(folder, lock, nobody);
         if (!trial.record() || trial.record()->id != id)
@@ -86,11 +111,9 @@ public:
         return trial.isOpen();
     }
 
-    milliseconds nextPause() const { return pause; }
-
-private:
     const StateFolder &folder;
     const QString id;
+    const FolderWatch changes;
     milliseconds pause = usualPause;
 };
 
@@ -113,18 +136,13 @@ void requireGuard(const StateFolder &folder, const QString &id) {
 }
 
 void guardChange(const StateFolder &folder) {
-    if (::chdir("/") != 0)
-        throwSystemError("enter", QStringLiteral("/"));
     const FileLock lock = FileLock::waitedFor(folder.guardLockPath());
     const std::optional<ChangeRecord> record = folder.record();
     if (!record || !record->isOpen())
         return;
     announce(lock, record->id);
-    const FolderWatch changes(folder.path());
-    for (Watch watch(folder, record->id); watch.goOn();) {
-        changes.forget();
-        changes.wait(watch.nextPause());
-    }
+    for (Watch watch(folder, record->id); watch.goOn();)
+        watch.wait();
 }
 
 } // namespace quendar

@@ -5,9 +5,11 @@
 
 #include <QtCore/QCoreApplication>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
@@ -24,6 +26,7 @@ namespace {
 constexpr int lockDescriptor = 3;
 
 constexpr std::chrono::milliseconds tickInterval = std::chrono::seconds(1);
+constexpr std::chrono::seconds grace(2);
 
 Error cannotStart(int error) {
     return Error(QStringLiteral("impossible to start a process: ") + QString::fromLocal8Bit(std::strerror(error)));
@@ -42,12 +45,13 @@ struct Pipe {
     Descriptor writing;
 };
 
-/// What is different in a process that is started.
+/// What is different in a process that is started: a session of its own keeps the terminal's keys from it.
 class Spawn {
 public:
     Spawn() {
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawnattr_init(&attributes);
+        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     }
     ~Spawn() {
         ::posix_spawn_file_actions_destroy(&actions);
@@ -58,22 +62,16 @@ public:
 
     void give(int descriptor, int as) { ::posix_spawn_file_actions_adddup2(&actions, descriptor, as); }
     void giveNothing(int as) { ::posix_spawn_file_actions_addopen(&actions, as, "/dev/null", O_RDWR, 0); }
-
-    void separate() {
-        ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
-    }
+    void giveNothingFrom(int first) { ::posix_spawn_file_actions_addclosefrom_np(&actions, first); }
 
     pid_t start(const QStringList &arguments) const {
-        const QByteArray program =
-            QFile::encodeName(qEnvironmentVariable("QUENDAR_CHANGE_PROGRAM", QCoreApplication::applicationFilePath()));
+        const QString named = qEnvironmentVariable("QUENDAR_CHANGE_PROGRAM");
+        const QByteArray program = QFile::encodeName(named.isEmpty() ? QCoreApplication::applicationFilePath() : named);
         std::vector<QByteArray> words{program};
         for (const QString &argument : arguments)
             words.push_back(QFile::encodeName(argument));
-        std::vector<char *> pointers;
-        for (QByteArray &word : words)
-            pointers.push_back(word.data());
-        pointers.push_back(nullptr);
+        std::vector<char *> pointers(words.size() + 1, nullptr);
+        std::transform(words.begin(), words.end(), pointers.begin(), [](QByteArray &word) { return word.data(); });
         pid_t process = -1;
         const int error = ::posix_spawn(&process, program.constData(), &actions, &attributes, pointers.data(), environ);
         require(error == 0, cannotStart(error));
@@ -104,7 +102,8 @@ HelperProcess::HelperProcess(const QStringList &arguments, int lock) {
     Spawn spawn;
     spawn.give(questions.reading.number(), STDIN_FILENO);
     spawn.give(answers.writing.number(), STDOUT_FILENO);
-    spawn.give(lock, lockDescriptor);
+    if (lock >= 0)
+        spawn.give(lock, lockDescriptor);
     process = spawn.start(arguments);
     input = std::move(questions.writing);
     output = std::move(answers.reading);
@@ -115,13 +114,16 @@ HelperProcess::~HelperProcess() {
     waitForEnd(process);
 }
 
-std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, const Tick &tick) {
+std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, std::chrono::seconds limit, const Tick &tick) {
+    const auto end = std::chrono::steady_clock::now() + limit + grace;
     if (!line.isEmpty() && ::write(input.number(), (line + '\n').constData(), std::size_t(line.size()) + 1) < 0)
         return std::nullopt;
     QByteArray answer;
     while (!answer.endsWith('\n')) {
         if (!isReadable(output, tickInterval)) {
-            tick();
+            const bool isOverdue = std::chrono::steady_clock::now() > end; // one that is stopped misses its alarm
+            if (!tick() || isOverdue)
+                ::kill(process, SIGKILL);
             continue;
         }
         std::array<char, 4096> buffer{};
@@ -133,7 +135,12 @@ std::optional<QByteArray> HelperProcess::ask(const QByteArray &line, const Tick 
     return answer.chopped(1);
 }
 
+void HelperProcess::killGroup() const {
+    ::kill(-process, SIGKILL);
+}
+
 HelperTask::HelperTask() {
+    std::signal(SIGPIPE, SIG_DFL); // as all that it starts expects
     ::fcntl(lockDescriptor, F_SETFD, FD_CLOEXEC);
     input.open(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
     output.open(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0), QIODevice::WriteOnly | QIODevice::Unbuffered,
@@ -156,7 +163,7 @@ void startDaemon(const QStringList &arguments) {
     Spawn spawn;
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         spawn.giveNothing(stream);
-    spawn.separate();
+    spawn.giveNothingFrom(STDERR_FILENO + 1);
     spawn.start(arguments);
 }
 

@@ -8,21 +8,22 @@
 #include <QtCore/QFile>
 #include <QtCore/QStringList>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <sys/types.h>
 
 namespace quendar {
 
-/// Called about once a second while something is waited for.
-using Tick = std::function<void()>;
+/// Called about once a second while something is waited for; whether it is still to be waited for.
+using Tick = std::function<bool()>;
 
-/// A helper that reads lines and answers with lines. It holds the lock of its starter, so that after the starter's end
-/// nobody takes over before the helper has ended too; and it ends when its input does.
+/// A helper that reads lines and answers with lines, in a session of its own. It holds the lock of its starter, so that
+/// after the starter's end nobody takes over before the helper has ended too; and it ends when its input does.
 class HelperProcess {
 public:
-    /// Throws Error when it cannot be started. @p lock is the descriptor that it gets.
-    HelperProcess(const QStringList &arguments, int lock);
+    /// Throws Error when it cannot be started. @p lock is the descriptor that it gets, if any.
+    explicit HelperProcess(const QStringList &arguments, int lock = -1);
 
     /// Waits for its end.
     ~HelperProcess();
@@ -30,8 +31,12 @@ public:
     HelperProcess &operator=(const HelperProcess &) = delete;
 
     /// A line without its line feed, as an answer to @p line, which may be empty to send nothing; nothing when it has
-    /// ended instead.
-    std::optional<QByteArray> ask(const QByteArray &line, const Tick &tick);
+    /// ended instead. The helper itself sees to it that it ends within @p limit; one that does not,
+    /// or that is not to be waited for any more, is killed.
+    std::optional<QByteArray> ask(const QByteArray &line, std::chrono::seconds limit, const Tick &tick);
+
+    /// Ends all that is left of its process group.
+    void killGroup() const;
 
 private:
     Descriptor input;  // its standard input

@@ -45,7 +45,7 @@ SectionResult SectionApplier::apply(const QString &section, const QString &trigg
     result.name = section;
     if (!helper)
         helper.emplace(QStringList{QStringLiteral("apply-sections"), QString::number(limit.count())}, lock);
-    const std::optional<QByteArray> line = helper->ask(lineOf({section, trigger}), tick);
+    const std::optional<QByteArray> line = helper->ask(lineOf({section, trigger}), limit, tick);
     if (line) {
         const QJsonArray answer = QJsonDocument::fromJson(*line).array();
         const ApplyResult applied{answer.at(0).toInt(), answer.at(1).toString()};

@@ -6,11 +6,10 @@
 #include "planning/planningclient.h"
 #include "planning/restoration.h"
 #include "registry/viewpaths.h"
-#include "stages/applysection.h"
 #include "stages/postaction.h"
 #include "trial/check.h"
 #include "trial/guard.h"
-#include "trial/sectionapplier.h"
+#include "trial/sectionrun.h"
 
 #include <QtCore/QCryptographicHash>
 
@@ -36,14 +35,6 @@ QString newId(int number) {
     return QStringLiteral("%1-%2").arg(QString::number(number), QUuid::createUuid().toString(QUuid::Id128).left(6));
 }
 
-/// What the apply side has left in @p file since it was replaced; nothing where it asks for nothing.
-std::optional<ChangeRecord::PostAction> takePostAction(const PostActionFile &file, bool isRestartHeldBack) {
-    const QString line = file.read(printWarning);
-    file.remove();
-    const QString command = postActionCommand(line, isRestartHeldBack, qEnvironmentVariableIsSet("DISPLAY"));
-    return line.isEmpty() ? std::nullopt : std::optional(ChangeRecord::PostAction{line, command});
-}
-
 /// Those of the change, in its order, and the others in which something differs.
 QStringList sectionsToPutBack(const ChangeRecord &record, const ChangeSet &changes) {
     QStringList sections = record.sections;
@@ -63,40 +54,43 @@ QString notApplied(const QStringList &sections) {
 } // namespace
 
 Trial::Trial(const StateFolder &stateFolder, const FileLock &held, TrialObserver &watcher)
-    : folder(stateFolder), lock(held), observer(watcher), change(folder.record()) {}
+    : folder(stateFolder), lock(held), observer(watcher), change(folder) {}
 
 bool Trial::import(const ChangeRequest &request) {
-    change.reset();
-    try {
-        if (!commitPlan(request))
-            return false;
-    } catch (const Error &error) {
-        abandon(error.message());
-        if (!change || change->state == ChangeState::Failed)
-            throw;
-        return true;
-    }
-    const QString failure = apply();
+    if (change && folder.isMarked())
+        change.store();
+    change.replace(std::nullopt);
+    std::optional<PlanningClient> client;
+    if (!prepare(request, client))
+        return false;
+    QString failure = commit(*client);
+    client.reset();
+    if (failure.isNull())
+        failure = apply();
     if (!failure.isNull())
         putBack(failure);
     check();
     return true;
 }
 
-/// False where there is nothing to do.
-bool Trial::commitPlan(const ChangeRequest &request) {
+/// Leaves pending in @p client what the plan says; false where there is nothing to do.
+bool Trial::prepare(const ChangeRequest &request, std::optional<PlanningClient> &client) {
     for (int plans = 1;; ++plans) {
         try {
-            return commitOnePlan(request);
-        } catch (const ChangedMeanwhile &) {
-            if (plans == maximumPlans)
-                throw;
+            return prepareOnce(request, client.emplace());
+        } catch (const ChangedMeanwhile &error) {
+            if (plans < maximumPlans)
+                continue;
+            abandon(error.message());
+            throw;
+        } catch (const Error &error) {
+            abandon(error.message());
+            throw;
         }
     }
 }
 
-bool Trial::commitOnePlan(const ChangeRequest &request) {
-    PlanningClient client;
+bool Trial::prepareOnce(const ChangeRequest &request, PlanningClient &client) {
     const ImportPlan plan = planImport(request.document, client);
     observer.planned(plan);
     QStringList sections = request.appliesAll ? plan.sections : changingSections(plan);
@@ -112,21 +106,19 @@ bool Trial::commitOnePlan(const ChangeRequest &request) {
     change->counts = countsOf(plan);
     change->sections = sections;
     folder.writeJournal(change->id, plan.changes);
-    store();
+    change.store();
     if (isFirst) {
         requireGuard(folder, change->id);
-        observer.begun(*change);
+        observer.begun(*change.value());
     }
     requireUntouched(plan.changes);
-    client.carryOut();
     return true;
 }
 
 void Trial::begin(const ChangeRequest &request) {
     folder.archive();
-    const QVector<ChangeRecord> earlier = folder.history();
-    change.emplace();
-    change->number = earlier.isEmpty() ? 1 : earlier.first().number + 1;
+    change.replace(ChangeRecord());
+    change->number = folder.lastNumber() + 1;
     change->id = newId(change->number);
     change->origin = request.origin;
     change->started = QDateTime::currentDateTimeUtc();
@@ -140,21 +132,30 @@ void Trial::begin(const ChangeRequest &request) {
     change->triggers = QUuid::createUuid();
 }
 
-/// Ends a change, if one was begun, that was not committed; one that was after all is put back.
+/// Returns why the change is to be put back, where it was committed although the registry has failed.
+QString Trial::commit(PlanningClient &client) {
+    try {
+        client.carryOut();
+        return {};
+    } catch (const Error &error) {
+        TessaroClient reader;
+        if (restorationOf(folder.requireJournalOf(change->id), reader, Conflicts::LeftAlone).isAnythingChanged)
+            return error.message();
+        abandon(error.message());
+        throw;
+    }
+}
+
+/// Ends a change, if one was begun, that was not committed.
 void Trial::abandon(const QString &reason) {
     if (!change)
         return;
-    TessaroClient client;
-    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
-    if (changes && restorationOf(*changes, client, Conflicts::LeftAlone).isAnythingChanged) {
-        putBack(reason);
-        return;
-    }
     change->reason = reason;
-    change->state = ChangeState::Failed;
-    change->ended = QDateTime::currentDateTimeUtc();
-    storeIfPossible();
-    tidyUp();
+    try {
+        change.end(ChangeState::Failed);
+    } catch (const Error &) {
+        change->state = ChangeState::Failed; // the guard, which finds it planned, comes to the same
+    }
 }
 
 /// Has the sections applied, and returns why the change is to be put back: null where it is well.
@@ -162,11 +163,10 @@ QString Trial::apply() {
     try {
         change->isCommitted = true;
         change->state = ChangeState::Applying;
-        store();
-        PostActionFile postAction;
-        postAction.replace();
-        applySections(change->sections, change->results, AtFailure::Stop);
-        change->postAction = takePostAction(postAction, change->isRestartHeldBack);
+        change.store();
+        SectionRun run(change, lock, observer);
+        run.apply(change->sections, change->results, SectionRun::AtFailure::Stop);
+        change->postAction = run.takePostAction();
         const QStringList failed = unapplied(change->results);
         if (!failed.isEmpty())
             return notApplied(failed);
@@ -177,45 +177,17 @@ QString Trial::apply() {
     }
 }
 
-void Trial::applySections(const QStringList &sections, QVector<SectionResult> &results, AtFailure atFailure) {
-    SectionApplier applier(lock.descriptor(), change->applyLimit);
-    for (int i = 0; i < sections.size(); ++i) {
-        const BootMoment start = BootMoment::now();
-        const auto tell = [&] {
-            const auto elapsed = std::chrono::floor<seconds>(BootMoment::now().time - start.time);
-            observer.applying(i + 1, sections.size(), sections.at(i), elapsed);
-        };
-        tell();
-        results.append(applier.apply(sections.at(i), change->trigger(i), tell));
-        if (atFailure == AtFailure::GoOn) {
-            storeIfPossible();
-            continue;
-        }
-        store();
-        if (results.last().outcome != SectionResult::Applied)
-            break;
-    }
-    observer.applied();
-}
-
-/// Removes what a killed process has left of the sections that it had applied.
-void Trial::withdrawApplies() const {
-    TessaroClient client;
-    for (int i = 0; i < change->usedTriggers(); ++i)
-        withdrawApply(client, change->trigger(i));
-}
-
 void Trial::wait() {
     change->elapsed = {};
     change->moment = BootMoment::now();
     const bool isKept = !change->confirmWithin && !change->check;
     if (isKept) {
-        end(ChangeState::Confirmed);
+        change.end(ChangeState::Confirmed);
     } else {
         change->isRestartAwaited =
             change->postAction && isRestart(change->postAction->line, change->postAction->command);
         change->state = ChangeState::Trying;
-        store();
+        change.store();
     }
     startPostActionIfDue();
 }
@@ -226,7 +198,13 @@ void Trial::startPostActionIfDue() {
         return;
     startPostAction(change->postAction->command, Streams::None);
     change->postAction->isStarted = true;
-    storeIfPossible();
+    change.storeIfPossible();
+}
+
+/// The same, for one that may have been started: not while it could not be stored that it was.
+void Trial::resumePostAction() {
+    if (change->isPostActionDue() && change.storeIfPossible())
+        startPostActionIfDue();
 }
 
 void Trial::check() {
@@ -234,25 +212,41 @@ void Trial::check() {
         return;
     const auto left = change->remainingAt(BootMoment::now()).value_or(change->check->limit);
     const seconds limit = std::clamp(std::chrono::ceil<seconds>(left), seconds(1), change->check->limit);
-    if (!passesCheck(change->check->command, limit, lock.descriptor(), [this] { keepTime(); })) {
-        change->check->isFailed = true;
-        putBack(QStringLiteral("its check has failed"));
+    const auto goesOn = [this] {
+        keepTime();
+        return !folder.isPutBackWanted(change->id);
+    };
+    if (!passesCheck(change->check->command, limit, lock.descriptor(), goesOn)) {
+        const bool isWanted = folder.isPutBackWanted(change->id);
+        change->check->isFailed = !isWanted;
+        putBack(isWanted ? byCommand() : QStringLiteral("its check has failed"));
         return;
     }
     change->check->isPassed = true;
     if (change->confirmWithin)
-        store();
+        change.store();
     else
         confirm();
 }
 
 void Trial::keepTime() {
     if (isOpen() && change->elapsedAt(BootMoment::now()) - change->elapsed >= timeKeeping)
-        storeIfPossible();
+        change.storeIfPossible();
 }
 
 void Trial::confirm() {
-    end(ChangeState::Confirmed);
+    if (standsAsBefore())
+        putBack(QStringLiteral("all that it changed stands as before already"));
+    else
+        change.end(ChangeState::Confirmed);
+}
+
+/// Somebody has put everything back, perhaps a process that could not store that.
+bool Trial::standsAsBefore() const {
+    const ChangeSet changes = folder.requireJournalOf(change->id);
+    TessaroClient client;
+    const Restoration restoration = restorationOf(changes, client, Conflicts::LeftAlone);
+    return !restoration.isAnythingChanged && restoration.conflicts.size() < changes.byPath().size();
 }
 
 void Trial::resume() {
@@ -262,11 +256,9 @@ void Trial::resume() {
     switch (change->state) {
     case ChangeState::Planned:
     case ChangeState::Applying:
-        withdrawApplies();
         putBack(QStringLiteral("it was interrupted"));
         break;
     case ChangeState::Reverting:
-        withdrawApplies();
         putBack(change->reason);
         break;
     case ChangeState::Trying:
@@ -275,8 +267,11 @@ void Trial::resume() {
     case ChangeState::Confirmed:
     case ChangeState::Reverted:
     case ChangeState::Failed:
-        tidyUp();
-        startPostActionIfDue();
+        if (!change->ended.isValid()) // only a name told of it
+            change->ended = QDateTime::currentDateTimeUtc();
+        if (!folder.isMarked() || change.storeIfPossible())
+            change.tidyUp();
+        resumePostAction();
         break;
     }
 }
@@ -292,7 +287,7 @@ bool Trial::noteRestart() {
     if (change->isOpen() || change->isPostActionDue()) {
         if (change->postAction)
             change->postAction->isStarted = true;
-        storeIfPossible();
+        change.storeIfPossible();
     }
     return !wasAskedFor;
 }
@@ -301,7 +296,7 @@ void Trial::resumeWaiting(bool hasRestarted) {
     if (hasRestarted && change->restarts > 1)
         putBack(QStringLiteral("the device has restarted again"));
     else if (change->remainingAt(BootMoment::now()) != std::chrono::milliseconds::zero())
-        startPostActionIfDue();
+        resumePostAction();
     else if (change->confirmWithin)
         putBack(QStringLiteral("nobody has confirmed it in time"));
     else
@@ -313,91 +308,60 @@ void Trial::putBack(const QString &reason) {
     try {
         restore();
     } catch (const Error &error) {
+        change->state = ChangeState::Reverting; // what a check says later does not keep it
+        change->isRestartAwaited = false;
         change->problem = error.message();
-        storeIfPossible();
+        change.noteReverting();
         throw;
     }
+    change.noteReverted();
     startPostActionIfDue();
 }
 
 /// May be done again, as often as it is interrupted.
 void Trial::restore() {
-    const std::optional<ChangeSet> changes = folder.journalOf(change->id);
-    require(
-        changes.has_value(),
-        Error(
-            QStringLiteral("impossible to put back %1: its journal is missing in %2").arg(change->id, folder.path())));
+    const ChangeSet changes = folder.requireJournalOf(change->id);
     TessaroClient client;
     const Restoration restoration =
-        restorationOf(*changes, client, change->isForced ? Conflicts::Overwritten : Conflicts::LeftAlone);
+        restorationOf(changes, client, change->isForced ? Conflicts::Overwritten : Conflicts::LeftAlone);
+    withdrawApplies(*change.value());
     change->isCommitted = change->isCommitted || restoration.isAnythingChanged;
     change->state = ChangeState::Reverting;
     change->isRestartAwaited = false;
     change->postAction.reset();
     change->putBackResults.clear();
     change->triggers = QUuid::createUuid(); // others each time: an ended process's service may still use those before
-    storeIfPossible();                      // on a full disk, the state before leads here as well
+    change.noteReverting();
 
     writeSide(client, restoration.changes, &Change::before);
     const int status = client.commit(viewRoot());
     require(status == 0, TessaroError(viewRoot(), status));
     change->conflicts = restoration.conflicts;
     if (change->isCommitted) {
-        PostActionFile postAction;
-        postAction.replace();
-        applySections(sectionsToPutBack(*change, *changes), change->putBackResults, AtFailure::GoOn);
-        change->postAction = takePostAction(postAction, change->isRestartHeldBack);
+        SectionRun run(change, lock, observer);
+        run.apply(sectionsToPutBack(*change.value(), changes), change->putBackResults, SectionRun::AtFailure::GoOn);
+        change->postAction = run.takePostAction();
+        withdrawApplies(*change.value());
     }
     change->problem = QString();
-    end(ChangeState::Reverted);
 }
 
 void Trial::putBackByCommand() {
-    resume();
-    if (isOpen())
+    if (change->state == ChangeState::Trying)
         putBack(byCommand());
+    else
+        resume();
 }
 
 void Trial::reopen(const ChangeRecord &kept) {
     if (!change || change->id != kept.id)
         folder.archive();
-    change = kept;
+    change.replace(kept);
     change->state = ChangeState::Reverting;
     change->reason = byCommand();
     change->ended = QDateTime();
-    store();
+    change.store();
     requireGuard(folder, change->id);
-}
-
-void Trial::end(ChangeState state) {
-    ChangeRecord ended = *change;
-    ended.state = state;
-    ended.ended = QDateTime::currentDateTimeUtc();
-    ended.passTo(BootMoment::now());
-    folder.write(ended);
-    change = ended;
-    tidyUp();
-}
-
-/// What cannot be removed now, the next command removes.
-void Trial::tidyUp() const {
-    try {
-        folder.tidyUp(*change);
-    } catch (const Error &) { // NOLINT(bugprone-empty-catch)
-    }
-}
-
-void Trial::store() {
-    change->passTo(BootMoment::now());
-    folder.write(*change);
-}
-
-/// Where all can be done without it, and is done again if this process ends before it is stored.
-void Trial::storeIfPossible() {
-    try {
-        store();
-    } catch (const Error &) { // NOLINT(bugprone-empty-catch)
-    }
 }
 
 } // namespace quendar

@@ -4,10 +4,12 @@
 
 #include "document/document.h"
 #include "trial/filelock.h"
-#include "trial/ownprogram.h"
-#include "trial/statefolder.h"
+#include "trial/storedchange.h"
+#include "trial/trialobserver.h"
 
 namespace quendar {
+
+class PlanningClient;
 
 /// What is asked for.
 struct ChangeRequest {
@@ -21,26 +23,6 @@ struct ChangeRequest {
     bool appliesAll = false; ///< also sections in which nothing changes
 };
 
-/// Is told how a change goes on.
-class TrialObserver {
-public:
-    virtual ~TrialObserver() = default;
-
-    /// What is going to be done. Another plan may follow, where somebody else has written meanwhile.
-    virtual void planned(const ImportPlan & /*plan*/) {}
-
-    /// From now on the change is not lost, whatever happens. Nothing is written to the registry yet; what this throws
-    /// ends the change.
-    virtual void begun(const ChangeRecord & /*record*/) {}
-
-    /// Section number @p number of @p count, named @p section, is being applied since @p elapsed.
-    virtual void applying(int /*number*/, int /*count*/, const QString & /*section*/,
-                          std::chrono::seconds /*elapsed*/) {}
-
-    /// No section is being applied any more.
-    virtual void applied() {}
-};
-
 /// The one change that a device has open, or had last. Each step is on the disk before the next one; whoever is killed
 /// in between can be followed by another process, which calls `resume`. All throw Error when a step cannot be done;
 /// where the change is still open then, `resume` goes on with it.
@@ -50,7 +32,7 @@ public:
     Trial(const StateFolder &stateFolder, const FileLock &held, TrialObserver &watcher);
 
     /// Nothing where there was none yet.
-    const std::optional<ChangeRecord> &record() const { return change; }
+    const std::optional<ChangeRecord> &record() const { return change.value(); }
 
     bool isOpen() const { return change && change->isOpen(); }
 
@@ -67,7 +49,7 @@ public:
     /// Stores how much of the time has gone by, every few seconds.
     void keepTime();
 
-    /// Keeps the change that waits.
+    /// Keeps the change that waits; one of which nothing stands any more is put back.
     void confirm();
 
     /// Puts back the open change.
@@ -81,30 +63,25 @@ public:
     void holdBackRestart() { change->isRestartHeldBack = true; }
 
 private:
-    enum class AtFailure { Stop, GoOn };
-
-    bool commitPlan(const ChangeRequest &request);
-    bool commitOnePlan(const ChangeRequest &request);
+    bool prepare(const ChangeRequest &request, std::optional<PlanningClient> &client);
+    bool prepareOnce(const ChangeRequest &request, PlanningClient &client);
     void begin(const ChangeRequest &request);
+    QString commit(PlanningClient &client);
     void abandon(const QString &reason);
     QString apply();
-    void applySections(const QStringList &sections, QVector<SectionResult> &results, AtFailure atFailure);
-    void withdrawApplies() const;
     void wait();
     void startPostActionIfDue();
+    void resumePostAction();
     bool noteRestart();
     void resumeWaiting(bool hasRestarted);
     void putBack(const QString &reason);
     void restore();
-    void end(ChangeState state);
-    void tidyUp() const;
-    void store();
-    void storeIfPossible();
+    bool standsAsBefore() const;
 
     const StateFolder &folder;
     const FileLock &lock;
     TrialObserver &observer;
-    std::optional<ChangeRecord> change;
+    StoredChange change;
 };
 
 } // namespace quendar
