@@ -62,10 +62,8 @@ std::string placeOf(int file) {
     return linkTarget("/proc/self/fd/" + std::to_string(file));
 }
 
-std::string placeOf(const char *path, int directory = AT_FDCWD) {
-    if (path[0] == '/')
-        return path;
-    return (directory == AT_FDCWD ? linkTarget("/proc/self/cwd") : placeOf(directory)) + '/' + path;
+std::string placeOf(const char *path) {
+    return path[0] == '/' ? path : linkTarget("/proc/self/cwd") + '/' + path;
 }
 
 void runCommand() {
@@ -104,22 +102,13 @@ int trouble(const char *call, const std::string &path) {
 
 /// The system call, unless it is to fail.
 template <typename... Arguments>
-long written(const char *call, const std::string &path, long number, Arguments... arguments) {
+int written(const char *call, const std::string &path, long number, Arguments... arguments) {
     const bool isOfDevice = world && path.compare(0, device.size(), device) == 0;
-    if (const int error = isOfDevice ? trouble(call, path.substr(device.size())) : 0) {
+    if (const int error = isOfDevice ? trouble(call, path.substr(device.size())) : 0; error != 0) {
         errno = error;
         return -1;
     }
-    return ::syscall(number, arguments...);
-}
-
-int opened(int directory, const char *path, int flags, mode_t mode) {
-    if (world && std::strcmp(path, "/proc/sys/kernel/random/boot_id") == 0)
-        return openFile(folder + "boot_id", flags);
-    const bool makes = (flags & O_CREAT) != 0 && ::faccessat(directory, path, F_OK, 0) != 0;
-    return static_cast<int>(makes
-                                ? written("create", placeOf(path, directory), SYS_openat, directory, path, flags, mode)
-                                : ::syscall(SYS_openat, directory, path, flags, mode));
+    return static_cast<int>(::syscall(number, arguments...));
 }
 
 } // namespace
@@ -132,18 +121,13 @@ int open(const char *path, int flags, ...) {
     __builtin_va_start(more, flags);
     const auto mode = __builtin_va_arg(more, mode_t); // what is not read where nothing is made
     __builtin_va_end(more);
-    return opened(AT_FDCWD, path, flags, mode);
+    if (world && std::strcmp(path, "/proc/sys/kernel/random/boot_id") == 0)
+        return openFile(folder + "boot_id", flags);
+    const bool makes = (flags & O_CREAT) != 0 && ::access(path, F_OK) != 0;
+    return makes ? written("create", placeOf(path), SYS_openat, AT_FDCWD, path, flags, mode)
+                 : static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
 }
 int open64(const char *path, int flags, ...) __attribute__((alias("open")));
-
-int openat(int directory, const char *path, int flags, ...) {
-    __builtin_va_list more;
-    __builtin_va_start(more, flags);
-    const auto mode = __builtin_va_arg(more, mode_t);
-    __builtin_va_end(more);
-    return opened(directory, path, flags, mode);
-}
-int openat64(int directory, const char *path, int flags, ...) __attribute__((alias("openat")));
 
 ssize_t write(int file, const void *bytes, size_t size) {
     return written("write", placeOf(file), SYS_write, file, bytes, size);
@@ -152,44 +136,26 @@ ssize_t pwrite64(int file, const void *bytes, size_t size, off64_t offset) {
     return written("write", placeOf(file), SYS_pwrite64, file, bytes, size, offset);
 }
 int ftruncate64(int file, off64_t size) noexcept {
-    return static_cast<int>(written("truncate", placeOf(file), SYS_ftruncate, file, size));
+    return written("truncate", placeOf(file), SYS_ftruncate, file, size);
 }
 int fsync(int file) {
-    return static_cast<int>(written("sync", placeOf(file), SYS_fsync, file));
+    return written("sync", placeOf(file), SYS_fsync, file);
 }
 int fdatasync(int file) {
-    return static_cast<int>(written("sync", placeOf(file), SYS_fdatasync, file));
+    return written("sync", placeOf(file), SYS_fdatasync, file);
 }
 
-int renameat2(int from, const char *path, int to, const char *other, unsigned flags) noexcept {
-    return static_cast<int>(written("rename", placeOf(other, to), SYS_renameat2, from, path, to, other, flags));
-}
-int renameat(int from, const char *path, int to, const char *other) noexcept {
-    return renameat2(from, path, to, other, 0);
-}
 int rename(const char *path, const char *other) noexcept {
-    return renameat2(AT_FDCWD, path, AT_FDCWD, other, 0);
-}
-int linkat(int from, const char *path, int to, const char *other, int flags) noexcept {
-    return static_cast<int>(written("link", placeOf(other, to), SYS_linkat, from, path, to, other, flags));
-}
-int link(const char *path, const char *other) noexcept {
-    return linkat(AT_FDCWD, path, AT_FDCWD, other, 0);
-}
-int unlinkat(int directory, const char *path, int flags) noexcept {
-    return static_cast<int>(written("remove", placeOf(path, directory), SYS_unlinkat, directory, path, flags));
+    return written("rename", placeOf(other), SYS_renameat2, AT_FDCWD, path, AT_FDCWD, other, 0);
 }
 int unlink(const char *path) noexcept {
-    return unlinkat(AT_FDCWD, path, 0);
+    return written("remove", placeOf(path), SYS_unlinkat, AT_FDCWD, path, 0);
 }
 int rmdir(const char *path) noexcept {
-    return unlinkat(AT_FDCWD, path, AT_REMOVEDIR);
-}
-int mkdirat(int directory, const char *path, mode_t mode) noexcept {
-    return static_cast<int>(written("mkdir", placeOf(path, directory), SYS_mkdirat, directory, path, mode));
+    return written("remove", placeOf(path), SYS_unlinkat, AT_FDCWD, path, AT_REMOVEDIR);
 }
 int mkdir(const char *path, mode_t mode) noexcept {
-    return mkdirat(AT_FDCWD, path, mode);
+    return written("mkdir", placeOf(path), SYS_mkdirat, AT_FDCWD, path, mode);
 }
 
 int clock_gettime(clockid_t clock, timespec *now) noexcept {

@@ -125,7 +125,7 @@ private Q_SLOTS:
         const int calls = callsOf(durable).size();
         QVERIFY(calls > 0);
         QMap<int, int> statuses;
-        for (int i = 0; i < Sweep::cases(2, 150); ++i) {
+        for (int i = 0; i < Sweep::cases(1, 150); ++i) {
             const int number = 1 + sweep.below(calls);
             tried.reset();
             tried.world->error = sweep.chance(50) ? ENOSPC : EROFS;
