@@ -106,7 +106,7 @@ private:
     void renameId() {
         QDomElement entry = any(isEntry);
         const QString id = entry.attribute(idAttribute);
-        entry.setAttribute(idAttribute, sweep.chance(50) ? id.toUpper() : id.mid(1).chopped(1));
+        entry.setAttribute(idAttribute, sweep.chance(50) ? id.toUpper() : id.mid(1, id.size() - 2));
         if (sweep.chance(30))
             giveId(entry);
     }
