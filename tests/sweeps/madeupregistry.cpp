@@ -122,6 +122,8 @@ void MadeUpRegistry::addEntries(const QString &section, const QString &kind) {
                                                            : QString::number(i) + value()); // of printers, all differ
         if (sometimes(15))
             entry.insert(madeUpName(sweep), directory(1)); // no template brings it back
+        if (sometimes(15))
+            entry.remove(keys.at(sweep.below(2))); // which its template has
         entries.insert(name, entry);
     }
     view.insert(section, sometimes(10) ? QJsonObject() : QJsonObject{{kind, entries}});
