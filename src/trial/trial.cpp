@@ -356,11 +356,13 @@ void Trial::putBackByCommand() {
 void Trial::reopen(const ChangeRecord &kept) {
     if (!change || change->id != kept.id)
         folder.archive();
-    change.replace(kept);
-    change->state = ChangeState::Reverting;
-    change->reason = byCommand();
-    change->ended = QDateTime();
-    change.store();
+    ChangeRecord reopened = kept;
+    reopened.state = ChangeState::Reverting;
+    reopened.reason = byCommand();
+    reopened.ended = QDateTime();
+    reopened.passTo(BootMoment::now());
+    folder.write(reopened); // or it is not open
+    change.replace(reopened);
     requireGuard(folder, change->id);
 }
 
