@@ -51,12 +51,14 @@ QString problemOf(const ChangeRecord &record, const StateFolder &folder) {
 } // namespace
 
 ChangeStatus statusOf(const ChangeRecord &record, const StateFolder &folder) {
-    const bool isWaiting = record.state == ChangeState::Trying;
-    ChangeStatus status{record, std::nullopt, record.isOpen() && isGuarded(folder, record.id), record.conflicts};
-    if (isWaiting) {
-        status.remaining = record.remainingAt(BootMoment::now());
-        status.conflicts = conflictsNow(record.id);
-        status.record.problem = problemOf(record, folder);
+    const bool isWatched = record.isOpen() && isGuarded(folder, record.id);
+    // a guard that has just ended has left another record
+    const ChangeRecord current = record.isOpen() && !isWatched ? folder.recordOf(record.id) : record;
+    ChangeStatus status{current, std::nullopt, isWatched, current.conflicts};
+    if (current.state == ChangeState::Trying) {
+        status.remaining = current.remainingAt(BootMoment::now());
+        status.conflicts = conflictsNow(current.id);
+        status.record.problem = problemOf(current, folder);
     }
     return status;
 }
