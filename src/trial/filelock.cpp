@@ -37,7 +37,9 @@ Descriptor openedIfThere(const QString &path, int flags) {
 }
 
 Descriptor opened(const QString &path) {
-    Descriptor file = openedIfThere(path, O_RDWR | O_CREAT);
+    Descriptor file = openedIfThere(path, O_RDWR); // one that is there takes no room
+    if (!file.isOpen())
+        file = openedIfThere(path, O_RDWR | O_CREAT);
     if (!file.isOpen())
         throwSystemError("open", path);
     return file;

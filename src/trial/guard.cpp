@@ -59,7 +59,7 @@ private:
     Descriptor events;
 };
 
-/// The file that a guard locks holds the id of the change that it watches.
+/// The file that a guard locks holds the id of the change that it watches, until it is about to end.
 void announce(const FileLock &lock, const QString &id) {
     const QByteArray text = id.toUtf8();
     // over what is there, which a full disk allows
@@ -71,18 +71,22 @@ void announce(const FileLock &lock, const QString &id) {
 /// A guard's looks at its change.
 class Watch {
 public:
-    Watch(const StateFolder &stateFolder, const QString &watched)
-        : folder(stateFolder), id(watched), changes(stateFolder.path()) {}
+    Watch(const StateFolder &stateFolder, const FileLock &held, const QString &watched)
+        : folder(stateFolder), own(held), id(watched), changes(stateFolder.path()) {
+        announce(own, id);
+    }
 
     /// Goes on with the change; false where nothing is left to do.
     bool goOn() {
         std::optional<FileLock> lock;
         while (!(lock = FileLock::tried(folder.lockPath(), {}))) {
-            if (!isUnfinished()) // who has the lock makes the next change, and waits for this guard to end
+            if (isOver()) // who has the lock makes the next change, and waits for this guard to end
                 return false;
             std::this_thread::sleep_for(lockPause);
         }
         const bool isAnythingLeft = goOnAlone(*lock);
+        if (!isAnythingLeft)
+            announce(own, {});
         changes.forget(); // its own; those of others come when they have the lock
         return isAnythingLeft;
     }
@@ -90,6 +94,17 @@ public:
     void wait() const { changes.wait(pause); }
 
 private:
+    /// Whoever opens the change again counts on this guard only while it is announced.
+    bool isOver() const {
+        if (isUnfinished())
+            return false;
+        announce(own, {});
+        if (!isUnfinished())
+            return true;
+        announce(own, id);
+        return false;
+    }
+
     bool isUnfinished() const {
         const std::optional<ChangeRecord> record = folder.record();
         return record && record->id == id && (record->isOpen() || record->isPostActionDue());
@@ -112,6 +127,7 @@ private:
     }
 
     const StateFolder &folder;
+    const FileLock &own;
     const QString id;
     const FolderWatch changes;
     milliseconds pause = usualPause;
@@ -140,8 +156,7 @@ void guardChange(const StateFolder &folder) {
     const std::optional<ChangeRecord> record = folder.record();
     if (!record || !record->isOpen())
         return;
-    announce(lock, record->id);
-    for (Watch watch(folder, record->id); watch.goOn();)
+    for (Watch watch(folder, lock, record->id); watch.goOn();)
         watch.wait();
 }
 

@@ -138,7 +138,8 @@ private Q_SLOTS:
             QStringList wrong;
             if (status == 5 && left.value(QLatin1String("ended")).isNull() &&
                 !left.value(QLatin1String("watched")).toBool())
-                wrong.append(QStringLiteral("nobody goes on with it"));
+                wrong.append(QStringLiteral("nobody goes on with it: ") +
+                             QString::fromUtf8(QJsonDocument(left).toJson(QJsonDocument::Compact)));
             if (status == 1 && (command == "try" || command == "apply") && tried.settings() != before)
                 wrong.append(QStringLiteral("an error has changed something"));
             if (!tried.finish())
